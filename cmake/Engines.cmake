@@ -1,0 +1,49 @@
+# The engine's sources (device, colour, film, grain, pipeline) are compiled once per target, each time in the namespace
+# morvellan::<target>. A "host" folder below them holds what is compiled once for all targets.
+set(MORVELLAN_CPU_TARGETS cpu_v2 cpu_v3 cpu_v4)
+set(MORVELLAN_ENGINE_FOLDERS device colour film grain pipeline)
+
+set(morvellan_flags_cpu_v2 -march=x86-64-v2)
+set(morvellan_flags_cpu_v3 -march=x86-64-v3 -maes -mpclmul)
+set(morvellan_flags_cpu_v4 -march=x86-64-v4 -maes -mpclmul)
+
+set(MORVELLAN_TARGETS ${MORVELLAN_CPU_TARGETS})
+if(MORVELLAN_CUDA)
+  if(NOT CMAKE_CUDA_ARCHITECTURES)
+    set(CMAKE_CUDA_ARCHITECTURES 75-real 86-real 90)
+  endif()
+  enable_language(CUDA)
+  find_package(CUDAToolkit REQUIRED)
+  set(CMAKE_CUDA_STANDARD 20)
+  set(CMAKE_CUDA_STANDARD_REQUIRED ON)
+  list(APPEND MORVELLAN_TARGETS cuda)
+endif()
+
+# morvellan_engine_objects(<name> <target> <sources...>): the sources as an object library of one target.
+# For cuda each source is compiled by nvcc through a two-line .cu file of the build folder.
+function(morvellan_engine_objects name target)
+  set(sources ${ARGN})
+  if(target STREQUAL cuda)
+    set(generated)
+    foreach(source IN LISTS sources)
+      file(RELATIVE_PATH relative "${CMAKE_SOURCE_DIR}" "${source}")
+      string(REGEX REPLACE "\\.cpp$" ".cu" unit "${CMAKE_BINARY_DIR}/cuda_units/${name}/${relative}")
+      file(GENERATE OUTPUT "${unit}" CONTENT "#include \"${source}\"\n")
+      list(APPEND generated "${unit}")
+    endforeach()
+    set(sources ${generated})
+  endif()
+  add_library(${name} OBJECT ${sources})
+  target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/src" "${CMAKE_SOURCE_DIR}")
+  target_compile_definitions(${name} PRIVATE MORVELLAN_TARGET=${target} MORVELLAN_TARGET_NAME="${target}")
+  if(target STREQUAL cuda)
+    target_compile_definitions(${name} PRIVATE MORVELLAN_TARGET_IS_CUDA=1)
+    # Products and sums are contracted only where the code says fma, as on the CPU.
+    target_compile_options(${name} PRIVATE -fmad=false --expt-relaxed-constexpr --extended-lambda
+      -Xcompiler=-Wall,-Wextra,-Wno-psabi)
+    target_link_libraries(${name} PRIVATE CUDA::cudart_static fmt::fmt TBB::tbb)
+  else()
+    target_compile_options(${name} PRIVATE ${morvellan_flags_${target}} -ffp-contract=off -fno-math-errno -fno-trapping-math)
+    target_link_libraries(${name} PRIVATE morvellan_warnings TBB::tbb fmt::fmt)
+  endif()
+endfunction()

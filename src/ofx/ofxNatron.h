@@ -1,0 +1,15 @@
+// Extensions of the host Natron.
+#pragma once
+
+extern "C" {
+
+inline constexpr const char* kNatronOfxHostName = "fr.inria.Natron";
+inline constexpr const char* kNatronOfxHostIsNatron = "NatronOfxHostIsNatron";
+inline constexpr const char* kNatronOfxParamHostPropSupportsDynamicChoices = "NatronOfxParamHostPropSupportsDynamicChoices";
+inline constexpr const char* kNatronOfxParamPropChoiceCascading = "NatronOfxParamPropChoiceCascading";
+inline constexpr const char* kNatronOfxImageEffectPropProjectId = "NatronOfxImageEffectPropProjectId";
+inline constexpr const char* kNatronOfxImageEffectPropInstanceId = "NatronOfxImageEffectPropInstanceId";
+inline constexpr const char* kNatronOfxPropDescriptionIsMarkdown = "NatronOfxPropDescriptionIsMarkdown";
+
+
+}  // extern "C"
