@@ -1,0 +1,91 @@
+// A write beside the file under a name of its own, a flush to the disk, and a rename.
+#include "files/whole_write.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <random>
+
+#include <fmt/format.h>
+
+#if defined(_WIN32)
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace morvellan::files
+{
+namespace
+{
+
+namespace fs = std::filesystem;
+
+struct CloseFile
+{
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+std::error_code lastError()
+{
+  return {errno != 0 ? errno : EIO, std::generic_category()};
+}
+
+bool flushToDisk(std::FILE* file)
+{
+#if defined(_WIN32)
+  return _commit(_fileno(file)) == 0;
+#else
+  return fsync(fileno(file)) == 0;
+#endif
+}
+
+// A new file beside `path`; the mode "x" fails on a name that exists, so that no two writers share one.
+File createBeside(const fs::path& path, fs::path& beside)
+{
+  static std::atomic<unsigned> serial = 0;
+  std::random_device random;
+  for (int attempt = 0; attempt < 16; ++attempt)
+  {
+    beside = path;
+    beside += fmt::format(".{:08x}{:04x}.tmp", random(), serial++ & 0xffffU);
+    errno = 0;
+    File file{std::fopen(beside.string().c_str(), "wbx")};
+    if (file || errno != EEXIST)
+      return file;
+  }
+  return nullptr;
+}
+
+std::error_code fill(File file, std::string_view content)
+{
+  errno = 0;
+  const bool written = std::fwrite(content.data(), 1, content.size(), file.get()) == content.size() &&
+                       std::fflush(file.get()) == 0 && flushToDisk(file.get());
+  const std::error_code writing = written ? std::error_code{} : lastError();
+  const bool closed = std::fclose(file.release()) == 0;
+  return !writing && !closed ? lastError() : writing;
+}
+
+}  // namespace
+
+std::error_code writeWhole(const fs::path& path, std::string_view content)
+{
+  fs::path beside;
+  File file = createBeside(path, beside);
+  if (!file)
+    return lastError();
+  std::error_code error = fill(std::move(file), content);
+  if (!error)
+    fs::rename(beside, path, error);
+  if (error)
+  {
+    std::error_code ignored;
+    fs::remove(beside, ignored);
+  }
+  return error;
+}
+
+}  // namespace morvellan::files

@@ -1,0 +1,16 @@
+// Writes a small file whole or not at all: beside its place first, then renamed onto it.
+// Safe when several processes write the same file at once: the last one wins, a reader sees one of them entire.
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+namespace morvellan::files
+{
+
+// Replaces `path` by `content`. On an error nothing of the old file is lost and nothing half-written is left behind;
+// the folder must exist. A folder in the file's place is an error.
+[[nodiscard]] std::error_code writeWhole(const std::filesystem::path& path, std::string_view content);
+
+}  // namespace morvellan::files
