@@ -1,0 +1,354 @@
+// Lanes on the CPU, on Highway's statically dispatched vectors: 4, 8 or 16 floats by the target's flags.
+// Comparisons give a Mask over floats; integer lanes share its width, so one Mask serves all three types.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include <hwy/highway.h>
+
+#include "device/target.h"
+
+namespace morvellan::MORVELLAN_TARGET
+{
+
+namespace hw = hwy::HWY_NAMESPACE;
+
+using RealTag = hw::ScalableTag<float>;
+using IntTag = hw::RebindToSigned<RealTag>;
+using WordTag = hw::RebindToUnsigned<RealTag>;
+
+inline constexpr int lanes = static_cast<int>(hw::MaxLanes(RealTag()));
+
+struct Mask
+{
+  hw::Mask<RealTag> m;
+};
+
+struct Int
+{
+  hw::Vec<IntTag> v;
+  Int() = default;
+  MORVELLAN_INLINE Int(hw::Vec<IntTag> vector) : v(vector) {}
+  MORVELLAN_INLINE Int(int value) : v(hw::Set(IntTag(), value)) {}
+};
+
+struct Word
+{
+  hw::Vec<WordTag> v;
+  Word() = default;
+  MORVELLAN_INLINE Word(hw::Vec<WordTag> vector) : v(vector) {}
+  MORVELLAN_INLINE Word(uint32_t value) : v(hw::Set(WordTag(), value)) {}
+};
+
+struct Real
+{
+  hw::Vec<RealTag> v;
+  Real() = default;
+  MORVELLAN_INLINE Real(hw::Vec<RealTag> vector) : v(vector) {}
+  MORVELLAN_INLINE Real(float value) : v(hw::Set(RealTag(), value)) {}
+};
+
+// Memory. Rows need not be aligned; what is read or written is `lanes` values from `at`.
+MORVELLAN_INLINE Real load(const float* at)
+{
+  return hw::LoadU(RealTag(), at);
+}
+MORVELLAN_INLINE void store(float* at, Real x)
+{
+  hw::StoreU(x.v, RealTag(), at);
+}
+MORVELLAN_INLINE Int load(const int* at)
+{
+  return hw::LoadU(IntTag(), at);
+}
+MORVELLAN_INLINE void store(int* at, Int x)
+{
+  hw::StoreU(x.v, IntTag(), at);
+}
+MORVELLAN_INLINE Word load(const uint32_t* at)
+{
+  return hw::LoadU(WordTag(), at);
+}
+MORVELLAN_INLINE void store(uint32_t* at, Word x)
+{
+  hw::StoreU(x.v, WordTag(), at);
+}
+// base[index] lane by lane; every index must be inside the array.
+MORVELLAN_INLINE Real gather(const float* base, Int index)
+{
+  return hw::GatherIndex(RealTag(), base, index.v);
+}
+// 0, 1, 2, ... along the lanes.
+MORVELLAN_INLINE Int laneIndex()
+{
+  return hw::Iota(IntTag(), 0);
+}
+
+// Real arithmetic. Products and sums are fused only by fma.
+MORVELLAN_INLINE Real operator+(Real a, Real b)
+{
+  return hw::Add(a.v, b.v);
+}
+MORVELLAN_INLINE Real operator-(Real a, Real b)
+{
+  return hw::Sub(a.v, b.v);
+}
+MORVELLAN_INLINE Real operator*(Real a, Real b)
+{
+  return hw::Mul(a.v, b.v);
+}
+MORVELLAN_INLINE Real operator/(Real a, Real b)
+{
+  return hw::Div(a.v, b.v);
+}
+MORVELLAN_INLINE Real operator-(Real a)
+{
+  return hw::Neg(a.v);
+}
+// a * b + c, fused where the machine can.
+MORVELLAN_INLINE Real fma(Real a, Real b, Real c)
+{
+  return hw::MulAdd(a.v, b.v, c.v);
+}
+// The smaller and the larger; a NaN in the first argument gives the second.
+MORVELLAN_INLINE Real min(Real a, Real b)
+{
+  return hw::Min(a.v, b.v);
+}
+MORVELLAN_INLINE Real max(Real a, Real b)
+{
+  return hw::Max(a.v, b.v);
+}
+MORVELLAN_INLINE Real abs(Real a)
+{
+  return hw::Abs(a.v);
+}
+MORVELLAN_INLINE Real sqrt(Real a)
+{
+  return hw::Sqrt(a.v);
+}
+MORVELLAN_INLINE Real floor(Real a)
+{
+  return hw::Floor(a.v);
+}
+// To the nearest integer, ties to even.
+MORVELLAN_INLINE Real round(Real a)
+{
+  return hw::Round(a.v);
+}
+MORVELLAN_INLINE Real copySign(Real magnitude, Real sign)
+{
+  return hw::CopySign(magnitude.v, sign.v);
+}
+
+// Comparisons. Every one with a NaN is false but !=.
+MORVELLAN_INLINE Mask operator<(Real a, Real b)
+{
+  return {hw::Lt(a.v, b.v)};
+}
+MORVELLAN_INLINE Mask operator<=(Real a, Real b)
+{
+  return {hw::Le(a.v, b.v)};
+}
+MORVELLAN_INLINE Mask operator>(Real a, Real b)
+{
+  return {hw::Gt(a.v, b.v)};
+}
+MORVELLAN_INLINE Mask operator>=(Real a, Real b)
+{
+  return {hw::Ge(a.v, b.v)};
+}
+MORVELLAN_INLINE Mask operator==(Real a, Real b)
+{
+  return {hw::Eq(a.v, b.v)};
+}
+MORVELLAN_INLINE Mask operator!=(Real a, Real b)
+{
+  return {hw::Ne(a.v, b.v)};
+}
+MORVELLAN_INLINE Mask isNan(Real a)
+{
+  return {hw::Ne(a.v, a.v)};
+}
+
+MORVELLAN_INLINE Mask operator&(Mask a, Mask b)
+{
+  return {hw::And(a.m, b.m)};
+}
+MORVELLAN_INLINE Mask operator|(Mask a, Mask b)
+{
+  return {hw::Or(a.m, b.m)};
+}
+MORVELLAN_INLINE Mask operator!(Mask a)
+{
+  return {hw::Not(a.m)};
+}
+MORVELLAN_INLINE bool any(Mask a)
+{
+  return !hw::AllFalse(RealTag(), a.m);
+}
+MORVELLAN_INLINE bool all(Mask a)
+{
+  return hw::AllTrue(RealTag(), a.m);
+}
+// The first `count` lanes.
+MORVELLAN_INLINE Mask firstLanes(int count)
+{
+  return {hw::FirstN(RealTag(), static_cast<size_t>(count))};
+}
+
+// a where the mask holds, b elsewhere.
+MORVELLAN_INLINE Real select(Mask m, Real a, Real b)
+{
+  return hw::IfThenElse(m.m, a.v, b.v);
+}
+MORVELLAN_INLINE Int select(Mask m, Int a, Int b)
+{
+  return hw::IfThenElse(hw::RebindMask(IntTag(), m.m), a.v, b.v);
+}
+MORVELLAN_INLINE Word select(Mask m, Word a, Word b)
+{
+  return hw::IfThenElse(hw::RebindMask(WordTag(), m.m), a.v, b.v);
+}
+
+// Integer lanes.
+MORVELLAN_INLINE Int operator+(Int a, Int b)
+{
+  return hw::Add(a.v, b.v);
+}
+MORVELLAN_INLINE Int operator-(Int a, Int b)
+{
+  return hw::Sub(a.v, b.v);
+}
+MORVELLAN_INLINE Int operator*(Int a, Int b)
+{
+  return hw::Mul(a.v, b.v);
+}
+MORVELLAN_INLINE Int operator&(Int a, Int b)
+{
+  return hw::And(a.v, b.v);
+}
+MORVELLAN_INLINE Int operator|(Int a, Int b)
+{
+  return hw::Or(a.v, b.v);
+}
+template <int Bits>
+MORVELLAN_INLINE Int shiftLeft(Int a)
+{
+  return hw::ShiftLeft<Bits>(a.v);
+}
+template <int Bits>
+MORVELLAN_INLINE Int shiftRight(Int a)
+{
+  return hw::ShiftRight<Bits>(a.v);
+}
+MORVELLAN_INLINE Int min(Int a, Int b)
+{
+  return hw::Min(a.v, b.v);
+}
+MORVELLAN_INLINE Int max(Int a, Int b)
+{
+  return hw::Max(a.v, b.v);
+}
+MORVELLAN_INLINE Mask operator<(Int a, Int b)
+{
+  return {hw::RebindMask(RealTag(), hw::Lt(a.v, b.v))};
+}
+MORVELLAN_INLINE Mask operator>(Int a, Int b)
+{
+  return {hw::RebindMask(RealTag(), hw::Gt(a.v, b.v))};
+}
+MORVELLAN_INLINE Mask operator==(Int a, Int b)
+{
+  return {hw::RebindMask(RealTag(), hw::Eq(a.v, b.v))};
+}
+
+MORVELLAN_INLINE Word operator+(Word a, Word b)
+{
+  return hw::Add(a.v, b.v);
+}
+MORVELLAN_INLINE Word operator-(Word a, Word b)
+{
+  return hw::Sub(a.v, b.v);
+}
+MORVELLAN_INLINE Word operator*(Word a, Word b)
+{
+  return hw::Mul(a.v, b.v);
+}
+MORVELLAN_INLINE Word operator&(Word a, Word b)
+{
+  return hw::And(a.v, b.v);
+}
+MORVELLAN_INLINE Word operator|(Word a, Word b)
+{
+  return hw::Or(a.v, b.v);
+}
+MORVELLAN_INLINE Word operator^(Word a, Word b)
+{
+  return hw::Xor(a.v, b.v);
+}
+template <int Bits>
+MORVELLAN_INLINE Word shiftLeft(Word a)
+{
+  return hw::ShiftLeft<Bits>(a.v);
+}
+template <int Bits>
+MORVELLAN_INLINE Word shiftRight(Word a)
+{
+  return hw::ShiftRight<Bits>(a.v);
+}
+MORVELLAN_INLINE Mask operator<(Word a, Word b)
+{
+  return {hw::RebindMask(RealTag(), hw::Lt(a.v, b.v))};
+}
+MORVELLAN_INLINE Mask operator==(Word a, Word b)
+{
+  return {hw::RebindMask(RealTag(), hw::Eq(a.v, b.v))};
+}
+
+// Conversions. toInt drops the fraction; what does not fit an int is not defined by it, so clamp first.
+MORVELLAN_INLINE Real toReal(Int a)
+{
+  return hw::ConvertTo(RealTag(), a.v);
+}
+MORVELLAN_INLINE Int toInt(Real a)
+{
+  return hw::ConvertTo(IntTag(), a.v);
+}
+MORVELLAN_INLINE Int bitsOf(Real a)
+{
+  return hw::BitCast(IntTag(), a.v);
+}
+MORVELLAN_INLINE Real realOfBits(Int a)
+{
+  return hw::BitCast(RealTag(), a.v);
+}
+MORVELLAN_INLINE Word toWord(Int a)
+{
+  return hw::BitCast(WordTag(), a.v);
+}
+MORVELLAN_INLINE Int toInt(Word a)
+{
+  return hw::BitCast(IntTag(), a.v);
+}
+
+// Interleaved pixels: four or three channels of `lanes` neighbouring pixels.
+MORVELLAN_INLINE void loadInterleaved(const float* at, Real& r, Real& g, Real& b, Real& a)
+{
+  hw::LoadInterleaved4(RealTag(), at, r.v, g.v, b.v, a.v);
+}
+MORVELLAN_INLINE void storeInterleaved(float* at, Real r, Real g, Real b, Real a)
+{
+  hw::StoreInterleaved4(r.v, g.v, b.v, a.v, RealTag(), at);
+}
+MORVELLAN_INLINE void loadInterleaved(const float* at, Real& r, Real& g, Real& b)
+{
+  hw::LoadInterleaved3(RealTag(), at, r.v, g.v, b.v);
+}
+MORVELLAN_INLINE void storeInterleaved(float* at, Real r, Real g, Real b)
+{
+  hw::StoreInterleaved3(r.v, g.v, b.v, RealTag(), at);
+}
+
+}  // namespace morvellan::MORVELLAN_TARGET

@@ -1,0 +1,172 @@
+// Memory, copies and device bookkeeping of the platform layer, for the CPU and for CUDA.
+#include "device/memory.h"
+
+#include <cstring>
+#include <new>
+
+#include "device/queue.h"
+
+#ifndef MORVELLAN_TARGET_IS_CUDA
+
+#include <atomic>
+#include <cstdlib>
+
+#include <sys/mman.h>
+
+namespace morvellan::MORVELLAN_TARGET
+{
+
+namespace
+{
+
+std::atomic<int> softwareDevices = 1;
+std::atomic<bool> softwarePeers = true;
+thread_local int current = 0;
+
+constexpr size_t hugePage = size_t{2} << 20;
+
+}  // namespace
+
+int deviceCount()
+{
+  return softwareDevices;
+}
+
+void setSoftwareDevices(int count, bool peerAccess)
+{
+  softwareDevices = count;
+  softwarePeers = peerAccess;
+}
+
+void makeCurrent(int device)
+{
+  current = device;
+}
+
+int currentDevice()
+{
+  return current;
+}
+
+bool canAccessPeer(int device, int other)
+{
+  return device != other && softwarePeers;
+}
+
+void enablePeerAccess(int, int) {}
+
+void synchronize() {}
+
+void* allocate(MemoryKind, size_t bytes)
+{
+  // Large frames on huge pages: the first touch of a fresh 4 KiB page costs more than many kernels do per pixel.
+  const size_t alignment = bytes >= 2 * hugePage ? hugePage : 64;
+  if (bytes > SIZE_MAX - paddingBytes - alignment)
+    throw std::bad_alloc();
+  const size_t padded = (bytes + paddingBytes + alignment - 1) / alignment * alignment;
+  void* memory = std::aligned_alloc(alignment, padded);
+  if (!memory)
+    throw std::bad_alloc();
+  if (alignment == hugePage)
+    madvise(memory, padded, MADV_HUGEPAGE);
+  return memory;
+}
+
+void release(MemoryKind, void* memory) noexcept
+{
+  std::free(memory);
+}
+
+void copy(void* to, const void* from, size_t bytes, CopyKind)
+{
+  std::memcpy(to, from, bytes);
+}
+
+void fill(void* memory, int value, size_t bytes)
+{
+  std::memset(memory, value, bytes);
+}
+
+}  // namespace morvellan::MORVELLAN_TARGET
+
+#else
+
+#include <cuda_runtime.h>
+
+namespace morvellan::MORVELLAN_TARGET
+{
+
+int deviceCount()
+{
+  int count = 0;
+  return cudaGetDeviceCount(&count) == cudaSuccess ? count : 0;
+}
+
+void setSoftwareDevices(int, bool) {}
+
+void makeCurrent(int device)
+{
+  cudaSetDevice(device);
+}
+
+int currentDevice()
+{
+  int device = 0;
+  cudaGetDevice(&device);
+  return device;
+}
+
+bool canAccessPeer(int device, int other)
+{
+  int can = 0;
+  return cudaDeviceCanAccessPeer(&can, device, other) == cudaSuccess && can != 0;
+}
+
+void enablePeerAccess(int device, int other)
+{
+  const int before = currentDevice();
+  cudaSetDevice(device);
+  cudaDeviceEnablePeerAccess(other, 0);  // already enabled is fine
+  cudaGetLastError();
+  cudaSetDevice(before);
+}
+
+void synchronize()
+{
+  cudaDeviceSynchronize();
+}
+
+void* allocate(MemoryKind kind, size_t bytes)
+{
+  void* memory = nullptr;
+  const size_t padded = bytes + paddingBytes;
+  const cudaError_t error = kind == MemoryKind::Pinned ? cudaMallocHost(&memory, padded) : cudaMalloc(&memory, padded);
+  if (error != cudaSuccess)
+  {
+    cudaGetLastError();
+    throw std::bad_alloc();
+  }
+  return memory;
+}
+
+void release(MemoryKind kind, void* memory) noexcept
+{
+  if (kind == MemoryKind::Pinned)
+    cudaFreeHost(memory);
+  else
+    cudaFree(memory);
+}
+
+void copy(void* to, const void* from, size_t bytes, CopyKind kind)
+{
+  cudaMemcpy(to, from, bytes, static_cast<cudaMemcpyKind>(kind));
+}
+
+void fill(void* memory, int value, size_t bytes)
+{
+  cudaMemset(memory, value, bytes);
+}
+
+}  // namespace morvellan::MORVELLAN_TARGET
+
+#endif

@@ -1,0 +1,15 @@
+// What a compilation target is. Engine code is compiled once per target, in the namespace morvellan::<target>;
+// these are the only macros that it uses.
+#pragma once
+
+#ifndef MORVELLAN_TARGET
+#error "Engine code is compiled per target: MORVELLAN_TARGET names the namespace (cmake/Engines.cmake)"
+#endif
+
+#ifdef MORVELLAN_TARGET_IS_CUDA
+#define MORVELLAN_KERNEL __device__
+#define MORVELLAN_INLINE __host__ __device__ __forceinline__
+#else
+#define MORVELLAN_KERNEL
+#define MORVELLAN_INLINE inline __attribute__((always_inline))
+#endif

@@ -1,0 +1,207 @@
+// Error bounds of the lane functions, over every exponent and densely where it matters.
+#include "device/math.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "device/launch.h"
+#include "device/memory.h"
+#include "tests/support/engine_test.h"
+
+namespace morvellan::MORVELLAN_TARGET
+{
+
+namespace
+{
+
+enum class Function
+{
+  Log2,
+  Exp2,
+  Pow,
+  Cos,
+  Cbrt,
+};
+
+struct apply_function
+{
+  const float* x;
+  const float* y;
+  float* result;
+  Function function;
+
+  MORVELLAN_KERNEL void operator()(Pixels at) const
+  {
+    const Real a = loadPlane(x, at);
+    const Real b = loadPlane(y, at);
+    Real r = a;
+    switch (function)
+    {
+    case Function::Log2:
+      r = fast_log2(a);
+      break;
+    case Function::Exp2:
+      r = fast_exp2(a);
+      break;
+    case Function::Pow:
+      r = fast_pow(a, b);
+      break;
+    case Function::Cos:
+      r = fast_cos(a);
+      break;
+    case Function::Cbrt:
+      r = fast_cbrt(a);
+      break;
+    }
+    storePlane(result, at, r);
+  }
+};
+
+std::vector<float> run(Function function, const std::vector<float>& x, const std::vector<float>& y)
+{
+  const Buffer<float> a(x.size()), b(x.size()), r(x.size());
+  copy(a.data(), x.data(), x.size() * 4, CopyKind::HostToDevice);
+  copy(b.data(), y.data(), y.size() * 4, CopyKind::HostToDevice);
+  launch(Queue{}, pixels(static_cast<int>(x.size()), 1),
+         apply_function{.x = a.data(), .y = b.data(), .result = r.data(), .function = function});
+  std::vector<float> result(x.size());
+  copy(result.data(), r.data(), x.size() * 4, CopyKind::DeviceToHost);
+  return result;
+}
+
+std::vector<float> run(Function function, const std::vector<float>& x)
+{
+  return run(function, x, x);
+}
+
+// 4096 values in each binade of the positive normal numbers.
+std::vector<float> everyExponent()
+{
+  std::vector<float> x;
+  std::mt19937 random(7);
+  for (int e = -126; e < 128; ++e)
+    for (int i = 0; i < 4096; ++i)
+      x.push_back(std::ldexp(1.0f + static_cast<float>(random() >> 9) / 8388608.0f, e));
+  return x;
+}
+
+constexpr bool isCuda = std::string_view(MORVELLAN_TARGET_NAME) == "cuda";
+constexpr float infinity = std::numeric_limits<float>::infinity();
+constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+
+}  // namespace
+
+ENGINE_TEST(Math, Log2OverEveryExponent)
+{
+  std::vector<float> x = everyExponent();
+  for (int i = 1; i < 200000; ++i)
+    x.push_back(0.5f + static_cast<float>(i) / 133333.0f);
+  const std::vector<float> r = run(Function::Log2, x);
+  double absolute = 0.0, relative = 0.0;
+  for (size_t i = 0; i < x.size(); ++i)
+  {
+    const double exact = std::log2(static_cast<double>(x[i]));
+    const double error = std::fabs(static_cast<double>(r[i]) - exact);
+    absolute = std::max(absolute, error / std::max(1.0, std::fabs(exact)));
+    if (exact != 0.0)
+      relative = std::max(relative, error / std::fabs(exact));
+  }
+  EXPECT_LE(absolute, std::ldexp(1.0, isCuda ? -21 : -23));
+  EXPECT_LE(relative, isCuda ? 1.0 : 2.5e-7);
+}
+
+ENGINE_TEST(Math, Log2OfWhatIsNotPositive)
+{
+  const std::vector<float> r = run(Function::Log2, {0.0f, -0.0f, -1.0f, infinity, nan, 1.0f});
+  EXPECT_EQ(r[0], -infinity);
+  EXPECT_EQ(r[1], -infinity);
+  EXPECT_TRUE(std::isnan(r[2]));
+  EXPECT_EQ(r[3], infinity);
+  EXPECT_TRUE(std::isnan(r[4]));
+  EXPECT_EQ(r[5], 0.0f);
+}
+
+ENGINE_TEST(Math, Exp2OverItsRange)
+{
+  std::vector<float> x;
+  for (int i = 0; i <= 2000000; ++i)
+    x.push_back(-125.0f + 252.99f * static_cast<float>(i) / 2000000.0f);
+  const std::vector<float> r = run(Function::Exp2, x);
+  double relative = 0.0;
+  for (size_t i = 0; i < x.size(); ++i)
+  {
+    const double exact = std::exp2(static_cast<double>(x[i]));
+    relative = std::max(relative, std::fabs(static_cast<double>(r[i]) - exact) / exact);
+  }
+  EXPECT_LE(relative, 2.5e-7);
+  const std::vector<float> edges = run(Function::Exp2, {-200.0f, -infinity, 128.0f, infinity, nan, 0.0f, 1.0f, -1.0f});
+  EXPECT_EQ(edges[0], 0.0f);
+  EXPECT_EQ(edges[1], 0.0f);
+  EXPECT_EQ(edges[2], infinity);
+  EXPECT_EQ(edges[3], infinity);
+  EXPECT_TRUE(std::isnan(edges[4]));
+  EXPECT_EQ(edges[5], 1.0f);
+  EXPECT_EQ(edges[6], 2.0f);
+  EXPECT_EQ(edges[7], 0.5f);
+}
+
+ENGINE_TEST(Math, PowKeepsItsRelativeError)
+{
+  std::vector<float> x, y;
+  std::mt19937 random(11);
+  std::uniform_real_distribution<float> exponent(-12.0f, 12.0f), logBase(-8.0f, 6.0f);
+  for (int i = 0; i < 500000; ++i)
+  {
+    x.push_back(std::exp2(logBase(random)));
+    y.push_back(exponent(random));
+  }
+  const std::vector<float> r = run(Function::Pow, x, y);
+  for (size_t i = 0; i < x.size(); ++i)
+  {
+    const double exact = std::pow(static_cast<double>(x[i]), static_cast<double>(y[i]));
+    const double bound = 5e-7 * std::max(1.0, std::fabs(static_cast<double>(y[i])) / 8.0);
+    ASSERT_LE(std::fabs(static_cast<double>(r[i]) - exact) / exact, isCuda ? 4 * bound : bound) << x[i] << " " << y[i];
+  }
+  const std::vector<float> edges = run(Function::Pow, {0.0f, 1.0f, -1.0f, infinity}, {2.4f, 78.84f, 0.5f, 2.0f});
+  EXPECT_EQ(edges[0], 0.0f);
+  EXPECT_EQ(edges[1], 1.0f);
+  EXPECT_TRUE(std::isnan(edges[2]));
+  EXPECT_EQ(edges[3], infinity);
+}
+
+ENGINE_TEST(Math, CosAndCubeRoot)
+{
+  std::vector<float> x;
+  for (int i = -400000; i <= 400000; ++i)
+    x.push_back(static_cast<float>(i) * 0.02048f);
+  const std::vector<float> c = run(Function::Cos, x);
+  for (size_t i = 0; i < x.size(); ++i)
+    ASSERT_NEAR(c[i], std::cos(static_cast<double>(x[i])), isCuda ? 2e-3 : 3e-7) << x[i];
+
+  std::vector<float> positive = everyExponent();
+  const size_t half = positive.size();
+  for (size_t i = 0; i < half; ++i)
+    positive.push_back(-positive[i]);
+  const std::vector<float> r = run(Function::Cbrt, positive);
+  for (size_t i = 0; i < positive.size(); ++i)
+  {
+    const double exact = std::cbrt(static_cast<double>(positive[i]));
+    ASSERT_LE(std::fabs((static_cast<double>(r[i]) - exact) / exact), 2.5e-7) << positive[i];
+  }
+  EXPECT_EQ(run(Function::Cbrt, {0.0f})[0], 0.0f);
+}
+
+// An exponential magnifies the last bit of its argument by up to 128 ln 2.
+PARITY(log_and_exp, .relative = 8e-6f, .absolute = 1e-7f)
+{
+  const std::vector<float> x = everyExponent();
+  std::vector<float> r = run(Function::Log2, x);
+  const std::vector<float> e = run(Function::Exp2, r);
+  r.insert(r.end(), e.begin(), e.end());
+  return r;
+}
+
+}  // namespace morvellan::MORVELLAN_TARGET
