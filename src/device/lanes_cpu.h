@@ -165,11 +165,11 @@ MORVELLAN_INLINE Mask operator==(Real a, Real b)
 }
 MORVELLAN_INLINE Mask operator!=(Real a, Real b)
 {
-  return {hw::Ne(a.v, b.v)};
+  return {hw::Not(hw::Eq(a.v, b.v))};
 }
 MORVELLAN_INLINE Mask isNan(Real a)
 {
-  return {hw::Ne(a.v, a.v)};
+  return {hw::IsNaN(a.v)};
 }
 
 MORVELLAN_INLINE Mask operator&(Mask a, Mask b)
