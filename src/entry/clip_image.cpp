@@ -36,14 +36,14 @@ int channelCount(PixelComponents components)
 {
   switch (components)
   {
-    case PixelComponents::RGBA:
-      return 4;
-    case PixelComponents::RGB:
-      return 3;
-    case PixelComponents::Alpha:
-      return 1;
-    default:
-      return 0;
+  case PixelComponents::RGBA:
+    return 4;
+  case PixelComponents::RGB:
+    return 3;
+  case PixelComponents::Alpha:
+    return 1;
+  default:
+    return 0;
   }
 }
 
@@ -51,15 +51,15 @@ std::size_t bytesPerChannel(BitDepth depth)
 {
   switch (depth)
   {
-    case BitDepth::UByte:
-      return 1;
-    case BitDepth::UShort:
-    case BitDepth::Half:
-      return 2;
-    case BitDepth::Float:
-      return 4;
-    default:
-      return 0;
+  case BitDepth::UByte:
+    return 1;
+  case BitDepth::UShort:
+  case BitDepth::Half:
+    return 2;
+  case BitDepth::Float:
+    return 4;
+  default:
+    return 0;
   }
 }
 

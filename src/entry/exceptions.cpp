@@ -41,17 +41,17 @@ void throwIfFailed(OfxStatus status)
 {
   switch (status)
   {
-    case kOfxStatOK:
-    case kOfxStatReplyYes:
-    case kOfxStatReplyNo:
-    case kOfxStatReplyDefault:
-      return;
-    case kOfxStatErrMemory:
-      throw std::bad_alloc();
-    case kOfxStatErrMissingHostFeature:
-      throw Exception::HostInadequate(statusName(status));
-    default:
-      throw Exception::Suite(status);
+  case kOfxStatOK:
+  case kOfxStatReplyYes:
+  case kOfxStatReplyNo:
+  case kOfxStatReplyDefault:
+    return;
+  case kOfxStatErrMemory:
+    throw std::bad_alloc();
+  case kOfxStatErrMissingHostFeature:
+    throw Exception::HostInadequate(statusName(status));
+  default:
+    throw Exception::Suite(status);
   }
 }
 

@@ -30,12 +30,12 @@ const char* levelName(MessageLevel level)
 {
   switch (level)
   {
-    case MessageLevel::Warning:
-      return kOfxMessageWarning;
-    case MessageLevel::Message:
-      return kOfxMessageMessage;
-    default:
-      return kOfxMessageError;
+  case MessageLevel::Warning:
+    return kOfxMessageWarning;
+  case MessageLevel::Message:
+    return kOfxMessageMessage;
+  default:
+    return kOfxMessageError;
   }
 }
 

@@ -66,7 +66,8 @@ unsigned int cpuCount()
   return std::max(1u, std::thread::hardware_concurrency());
 }
 
-// Workers of one call: as many as asked, but all calls together have at most four a CPU, and every call has at least one.
+// Workers of one call: as many as asked, but all calls together have at most four a CPU, and every call has at least
+// one.
 class Reservation
 {
 public:

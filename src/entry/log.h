@@ -1,5 +1,5 @@
-// The log of the OFX support layer: lines indented by the nesting of the main entry, dropped while the stream is closed.
-// Nothing in the effect opens the stream; a developer or a test does.
+// The log of the OFX support layer: lines indented by the nesting of the main entry, dropped while the stream is
+// closed. Nothing in the effect opens the stream; a developer or a test does.
 #pragma once
 
 #include <string>

@@ -66,9 +66,10 @@ ChangeReason changeReason(const PropertySet& in)
 
 SequenceArguments sequenceArguments(const PropertySet& in)
 {
-  return {.frameRange = {in.getDouble(kOfxImageEffectPropFrameRange, 0), in.getDouble(kOfxImageEffectPropFrameRange, 1)},
-          .frameStep = in.findDouble(kOfxImageEffectPropFrameStep).value_or(1.0),
-          .isInteractive = in.findInt(kOfxPropIsInteractive).value_or(0) != 0};
+  return {
+      .frameRange = {in.getDouble(kOfxImageEffectPropFrameRange, 0), in.getDouble(kOfxImageEffectPropFrameRange, 1)},
+      .frameStep = in.findDouble(kOfxImageEffectPropFrameStep).value_or(1.0),
+      .isInteractive = in.findInt(kOfxPropIsInteractive).value_or(0) != 0};
 }
 
 OfxStatus load(const Call& call)
@@ -148,9 +149,8 @@ OfxStatus instanceChanged(const Call& call)
 {
   const std::string type = call.in.getString(kOfxPropType);
   const std::string name = call.in.getString(kOfxPropName);
-  const ChangeArguments arguments{.reason = changeReason(call.in),
-                                  .time = call.in.getDouble(kOfxPropTime),
-                                  .renderScale = renderScale(call.in)};
+  const ChangeArguments arguments{
+      .reason = changeReason(call.in), .time = call.in.getDouble(kOfxPropTime), .renderScale = renderScale(call.in)};
   if (type == kOfxTypeParameter)
     instanceOf(call).changedParam(arguments, name);
   else if (type == kOfxTypeClip)

@@ -18,7 +18,7 @@ struct Job
 {
   Processor& processor;
   std::atomic<bool> failed{false};
-  std::exception_ptr reason;
+  std::exception_ptr reason{};
 };
 
 void runShare(unsigned int threadId, unsigned int threadCount, void* argument)
