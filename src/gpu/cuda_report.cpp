@@ -1,10 +1,10 @@
 // `CudaInfo`: what NVML, CUDA and NVAPI say of the machine, line by line.
-#include <algorithm>
 #include <string_view>
 #include <vector>
 
 #include <fmt/format.h>
 
+#include "gpu/driver_version.h"
 #include "gpu/reports.h"
 
 namespace morvellan::gpu
@@ -109,23 +109,38 @@ private:
   {
     if (!platform_.nvapiLoad())
     {
-      text_ += "\n    Morvellan : Failed to find nVidia's NVAPI Library";
+      describeDriverOr("\n    Morvellan : Failed to find nVidia's NVAPI Library");
       return false;
     }
     if (const int status = platform_.nvapiInitialise(); status != 0)
     {
-      text_ += fmt::format("\n    Morvellan : Failed to load nVidia's NVAPI Library. Error : {}",
-                           platform_.nvapiErrorText(status));
+      describeDriverOr(fmt::format("\n    Morvellan : Failed to load nVidia's NVAPI Library. Error : {}",
+                                   platform_.nvapiErrorText(status)));
       return false;
     }
     unsigned version = 0;
     if (const int status = platform_.nvapiDriverVersion(version); status != 0)
-      text_ += fmt::format("\n    Morvellan : Failed to retrieve the nVidia Graphics Driver version. Error : {}",
-                           platform_.nvapiErrorText(status));
+      describeDriverOr(
+          fmt::format("\n    Morvellan : Failed to retrieve the nVidia Graphics Driver version. Error : {}",
+                      platform_.nvapiErrorText(status)));
     else
-      text_ += fmt::format("\n    Morvellan : nVidia Graphics Driver ver : {}.{}{}", version / 100, version % 100,
-                           sectionEnd);
+      describeDriver(DriverVersion{version / 100, version % 100});
     return true;
+  }
+
+  // NVAPI's failure, unless NVML stands in for it.
+  void describeDriverOr(const std::string& failure)
+  {
+    if (const std::optional<DriverVersion> version = driverVersionFromNvml(platform_))
+      describeDriver(*version);
+    else
+      text_ += failure;
+  }
+
+  void describeDriver(DriverVersion version)
+  {
+    text_ +=
+        fmt::format("\n    Morvellan : nVidia Graphics Driver ver : {}.{}{}", version.major, version.minor, sectionEnd);
   }
 
   void describeDevices(bool nvapi)
@@ -158,8 +173,7 @@ private:
     if (10 * major + minor < capabilityLeast)
       text_ += fmt::format("\n    Morvellan requires CC 6.1 (Pascal), or higher. Found : {}.{}", major, minor);
     text_ += lineEnd;
-    if (nvapi)
-      describeUtilisation(properties.pci);
+    describeUtilisation(nvapi, properties.pci);
     const int cores = coresPerMultiprocessor(major, minor);
     text_ += fmt::format("\n    {} Multiprocessors (MP), {} Cores / MP, {} Total Cores{}", properties.multiprocessors,
                          cores, properties.multiprocessors * cores, lineEnd);
@@ -172,10 +186,10 @@ private:
     text_ += fmt::format("\n    Device Driver Mode : {}{}", properties.tccDriver ? "TCC" : "WDDM. - ", sectionEnd);
   }
 
-  void describeUtilisation(const PciAddress& pci)
+  void describeUtilisation(bool nvapi, const PciAddress& pci)
   {
     unsigned percent = 0;
-    const int status = platform_.nvapiUtilisation(pci, percent);
+    const int status = nvapi ? platform_.nvapiUtilisation(pci, percent) : nvapiNotSupported;
     if (status == 0)
       text_ += fmt::format("\n    GPU Utilization : {} Percent{}", percent, lineEnd);
     else if (status == nvapiNoImplementation || status == nvapiNotSupported)

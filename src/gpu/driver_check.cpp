@@ -1,45 +1,16 @@
 // The driver must be 527.41 or later. Its version comes from NVAPI, or where the system's driver ships without it,
 // from NVML.
-#include <charconv>
-
 #include <fmt/format.h>
 
 #include "gpu/discovery.h"
+#include "gpu/driver_version.h"
 
 namespace morvellan::gpu
 {
 namespace
 {
 
-struct DriverVersion
-{
-  unsigned major = 0;
-  unsigned minor = 0;
-};
-
 constexpr DriverVersion leastVersion{527, 41};
-
-// "580.65.06": the first two numbers.
-std::optional<DriverVersion> parseVersion(std::string_view text)
-{
-  DriverVersion version;
-  const char* end = text.data() + text.size();
-  const auto major = std::from_chars(text.data(), end, version.major);
-  if (major.ec != std::errc{} || major.ptr == end || *major.ptr != '.')
-    return std::nullopt;
-  const auto minor = std::from_chars(major.ptr + 1, end, version.minor);
-  return minor.ec == std::errc{} ? std::optional{version} : std::nullopt;
-}
-
-std::optional<DriverVersion> versionFromNvml(GpuPlatform& platform)
-{
-  if (!platform.nvmlStandsInForNvapi() || platform.nvmlInit() != 0)
-    return std::nullopt;
-  std::string text;
-  const bool answered = platform.nvmlDriverVersion(text) == 0;
-  platform.nvmlShutdown();
-  return answered ? parseVersion(text) : std::nullopt;
-}
 
 struct NvapiAnswer
 {
@@ -83,7 +54,7 @@ DriverCheck checkDriver(GpuPlatform& platform, const Discovery& discovery)
     return {.ready = true, .message = {}};
   NvapiAnswer answer = versionFromNvapi(platform);
   if (!answer.version)
-    answer.version = versionFromNvml(platform);
+    answer.version = driverVersionFromNvml(platform);
   if (!answer.version)
     return {.ready = false, .message = std::string{answer.failure}};
   std::string message = tooOld(*answer.version);
