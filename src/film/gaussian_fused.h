@@ -1,0 +1,288 @@
+// The Gaussian of a plane on the CPU, with the transposes done in registers inside the filters. Narrow blurs go band by
+// band, columns and rows in one pass; wide ones down strips of columns and then along bands of rows.
+#pragma once
+
+#include "film/gaussian.h"
+
+#ifndef MORVELLAN_TARGET_IS_CUDA
+
+#include <algorithm>
+
+#include <tbb/task_arena.h>
+
+#include "device/memory.h"
+#include "film/transpose.h"
+
+namespace morvellan::MORVELLAN_TARGET
+{
+
+namespace detail
+{
+
+inline constexpr int bandRows = 32;     // rows filtered side by side: two chains of 16 lanes hide their latency
+inline constexpr int stripVectors = 4;  // as many chains down a strip
+inline constexpr int stripColumns = stripVectors * lanes;
+inline constexpr int bandVectors = bandRows / lanes;
+inline constexpr int chains = std::min(2, bandVectors);
+
+struct Plane
+{
+  const float* data;
+  int width, height;
+
+  MORVELLAN_INLINE const float* row(int y) const { return data + static_cast<ptrdiff_t>(y) * width; }
+};
+
+// Filters the columns [x, x + stripColumns) of `source` over the rows [first, last), with a run-up of `runUp` rows on
+// either side where the plane has them. emit(row, vector, value) gets the forward answers, top to bottom, and then
+// revise(row, vector, value) the backward ones, bottom to top.
+template <typename Emit, typename Revise>
+MORVELLAN_INLINE void filterStrip(const GaussianFilter& f, const Plane& source, int x, int first, int last, int runUp,
+                                  const Emit& emit, const Revise& revise)
+{
+  const auto sample = [&](int y, int v) { return finiteOrZero(load(source.row(y) + x + v * lanes)); };
+  ForwardState forward[stripVectors];
+  const int top = std::max(0, first - runUp);
+#pragma GCC unroll 16
+  for (int v = 0; v < stripVectors; ++v)
+    forward[v].start(f, sample(top, v));
+  for (int y = top; y < first; ++y)
+#pragma GCC unroll 16
+    for (int v = 0; v < stripVectors; ++v)
+      forward[v].step(f, sample(y, v));
+  for (int y = first; y < last; ++y)
+#pragma GCC unroll 16
+    for (int v = 0; v < stripVectors; ++v)
+      emit(y, v, forward[v].step(f, sample(y, v)));
+
+  BackwardState backward[stripVectors];
+  const int bottom = std::min(source.height, last + runUp);
+#pragma GCC unroll 16
+  for (int v = 0; v < stripVectors; ++v)
+    backward[v].start(f, sample(bottom - 1, v));
+  for (int y = bottom - 1; y >= last; --y)
+#pragma GCC unroll 16
+    for (int v = 0; v < stripVectors; ++v)
+      backward[v].step(f, sample(y, v));
+  for (int y = last - 1; y >= first; --y)
+#pragma GCC unroll 16
+    for (int v = 0; v < stripVectors; ++v)
+      revise(y, v, backward[v].step(f, sample(y, v)));
+}
+
+// A band of rows on its way through the row filter: samples and forward answers, transposed, `bandRows` values a
+// column.
+class Band
+{
+public:
+  static constexpr size_t floats(int width)
+  {
+    return 2 * static_cast<size_t>((width + stripColumns - 1) / stripColumns * stripColumns) * bandRows;
+  }
+
+  MORVELLAN_INLINE Band(const GaussianFilter& filter, float* memory, int width)
+      : filter(filter), samples(memory), answers(memory + floats(width) / 2), width(width)
+  {
+  }
+
+  // Takes the columns [x, x + stripColumns) of the band, the first of its rows at `rows` and `rowStep` floats from row
+  // to row; `inside` of its rows exist. Strips come left to right.
+  MORVELLAN_INLINE void forward(const float* rows, ptrdiff_t rowStep, int inside, int x)
+  {
+    for (int v = 0; v < bandVectors; ++v)
+      for (int c = 0; c < stripColumns; c += lanes)
+      {
+        Real square[lanes];
+#pragma GCC unroll 16
+        for (int i = 0; i < lanes; ++i)
+          square[i] = load(rows + std::min(v * lanes + i, inside - 1) * rowStep + c);
+        transposeLanes(square);
+#pragma GCC unroll 16
+        for (int i = 0; i < lanes; ++i)
+          store(column(samples, x + c + i) + v * lanes, square[i]);
+      }
+    const int end = std::min(x + stripColumns, width);
+    for (int v = 0; v < bandVectors; v += chains)
+    {
+      if (x == 0)
+#pragma GCC unroll 16
+        for (int k = 0; k < chains; ++k)
+          states[v + k].start(filter, load(column(samples, 0) + (v + k) * lanes));
+      ForwardState state[chains];
+#pragma GCC unroll 16
+      for (int k = 0; k < chains; ++k)
+        state[k] = states[v + k];
+      for (int i = x; i < end; ++i)
+#pragma GCC unroll 16
+        for (int k = 0; k < chains; ++k)
+        {
+          const ptrdiff_t at = (v + k) * lanes;
+          store(column(answers, i) + at, state[k].step(filter, load(column(samples, i) + at)));
+        }
+#pragma GCC unroll 16
+      for (int k = 0; k < chains; ++k)
+        states[v + k] = state[k];
+    }
+  }
+
+  // Filters backward and hands each group of `lanes` pixels to write(row, x, value), for the rows that exist.
+  template <typename Write>
+  MORVELLAN_INLINE void backward(int inside, const Write& write)
+  {
+    for (int v = 0; v < bandVectors; v += chains)
+    {
+      BackwardState state[chains];
+#pragma GCC unroll 16
+      for (int k = 0; k < chains; ++k)
+        state[k].start(filter, load(column(samples, width - 1) + (v + k) * lanes));
+      for (int x = (width - 1) / lanes * lanes; x >= 0; x -= lanes)
+      {
+        for (int i = std::min(x + lanes, width) - 1; i >= x; --i)
+#pragma GCC unroll 16
+          for (int k = 0; k < chains; ++k)
+          {
+            float* answer = column(answers, i) + (v + k) * lanes;
+            store(answer, load(answer) + state[k].step(filter, load(column(samples, i) + (v + k) * lanes)));
+          }
+#pragma GCC unroll 16
+        for (int k = 0; k < chains; ++k)
+          writeSquare((v + k) * lanes, x, inside, write);
+      }
+    }
+  }
+
+private:
+  MORVELLAN_INLINE static float* column(float* plane, int x)
+  {
+    return plane + static_cast<ptrdiff_t>(x) * bandRows;
+  }
+
+  template <typename Write>
+  MORVELLAN_INLINE void writeSquare(int row, int x, int inside, const Write& write)
+  {
+    Real square[lanes];
+#pragma GCC unroll 16
+    for (int i = 0; i < lanes; ++i)
+      square[i] = load(column(answers, x + i) + row);
+    transposeLanes(square);
+    const int rows = std::min(lanes, inside - row);
+    for (int i = 0; i < rows; ++i)
+      write(row + i, x, square[i]);
+  }
+
+  const GaussianFilter filter;
+  float* samples;
+  float* answers;
+  int width;
+  ForwardState states[bandVectors];
+};
+
+// Runs body(item, memory) for each item with `floats` of scratch memory of its thread.
+template <typename Body>
+void withScratch(int count, size_t floats, const Body& body)
+{
+  const size_t whole = (floats + 15) / 16 * 16;
+  const int slots = tbb::this_task_arena::max_concurrency();
+  const Buffer<float> memory(whole * static_cast<size_t>(slots));
+  tbb::parallel_for(0, count,
+                    [&](int item)
+                    {
+                      const int slot = tbb::this_task_arena::current_thread_index();
+                      body(item, memory.data() + whole * static_cast<size_t>(slot));
+                    });
+}
+
+// Columns and rows of one band at a time, straight from the source: for run-ups that are short beside a band.
+template <typename Write>
+void blurBands(const GaussianFilter& f, const Plane& source, int runUp, const Write& write)
+{
+  const int width = source.width;
+  const int height = source.height;
+  withScratch((height + bandRows - 1) / bandRows, Band::floats(width),
+              [&](int item, float* memory)
+              {
+                const int first = item * bandRows;
+                const int inside = std::min(bandRows, height - first);
+                Band band(f, memory, width);
+                alignas(64) float tile[bandRows * stripColumns];
+                for (int x = 0; x < width; x += stripColumns)
+                {
+                  const auto at = [&](int y, int v) { return tile + (y - first) * stripColumns + v * lanes; };
+                  filterStrip(
+                      f, source, x, first, first + inside, runUp, [&](int y, int v, Real r) { store(at(y, v), r); },
+                      [&](int y, int v, Real r) { store(at(y, v), load(at(y, v)) + r); });
+                  band.forward(tile, stripColumns, inside, x);
+                }
+                band.backward(inside, [&](int row, int x, Real r) { write(first + row, x, r); });
+              });
+}
+
+template <typename Write>
+void blurRows(const GaussianFilter& f, const Plane& source, const Write& write)
+{
+  withScratch((source.height + bandRows - 1) / bandRows, Band::floats(source.width),
+              [&](int item, float* memory)
+              {
+                const int first = item * bandRows;
+                const int inside = std::min(bandRows, source.height - first);
+                Band band(f, memory, source.width);
+                for (int x = 0; x < source.width; x += stripColumns)
+                  band.forward(source.row(first) + x, source.width, inside, x);
+                band.backward(inside, [&](int row, int x, Real r) { write(first + row, x, r); });
+              });
+}
+
+inline void blurColumns(const GaussianFilter& f, const Plane& source, float* target)
+{
+  const int width = source.width;
+  tbb::parallel_for(
+      0, (width + stripColumns - 1) / stripColumns,
+      [&](int strip)
+      {
+        const int x = strip * stripColumns;
+        const auto at = [&](int y, int v)
+        {
+          const int column = x + v * lanes;
+          return Pixels{0, 0, static_cast<ptrdiff_t>(y) * width + column, std::clamp(width - column, 0, lanes)};
+        };
+        filterStrip(
+            f, source, x, 0, source.height, 0, [&](int y, int v, Real r) { storePlane(target, at(y, v), r); },
+            [&](int y, int v, Real r) { storePlane(target, at(y, v), loadPlane(target, at(y, v)) + r); });
+      });
+}
+
+}  // namespace detail
+
+// One Gaussian of a plane. finish(pixels, blurred) gives what is written for a group of pixels of one row, of which
+// `pixels.count` are inside; it runs after the whole of the source's neighbourhood was read, so that it may read planes
+// other than `target`, at those pixels.
+template <typename Finish>
+void blurFused(const Queue& queue, const float* source, float* scratch, float* target, int width, int height,
+               float sigma, const Finish& finish)
+{
+  const GaussianFilter f = gaussianFilter(sigma);
+  const auto write = [&](int y, int x, Real blurred)
+  {
+    const Pixels at{x, y, static_cast<ptrdiff_t>(y) * width + x, std::min(lanes, width - x)};
+    storePlane(target, at, finish(at, blurred));
+  };
+  const int runUp = gaussianRunUp(sigma);
+  if (width <= 0 || height <= 0)
+    return;
+  if (runUp <= detail::bandRows)
+  {
+    const detail::Watch watch(queue, "iir_guassian+u_d_l_r+iir_guassian+u_d_l_r", width, height);
+    detail::blurBands(f, {source, width, height}, runUp, write);
+    return;
+  }
+  {
+    const detail::Watch watch(queue, "iir_guassian+u_d_l_r", width, height);
+    detail::blurColumns(f, {source, width, height}, scratch);
+  }
+  const detail::Watch watch(queue, "iir_guassian+u_d_l_r", height, width);
+  detail::blurRows(f, {scratch, width, height}, write);
+}
+
+}  // namespace morvellan::MORVELLAN_TARGET
+
+#endif
