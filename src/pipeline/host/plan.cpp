@@ -21,7 +21,7 @@ std::string_view stageName(Stage stage)
 
 std::string_view slotName(Slot slot)
 {
-  static constexpr std::array<std::string_view, 8> names{"",       "host",    "frameA",       "frameB",
+  static constexpr std::array<std::string_view, 8> names{"",       "host",    "frameA",        "frameB",
                                                          "frameB", "cropped", "ChannelPlanes", "output"};
   return names[static_cast<size_t>(slot)];
 }
@@ -147,7 +147,6 @@ private:
   // With nothing after them, the last input kernel writes straight to the frame that is downloaded.
   void inputToOtherFrame()
   {
-    const bool halationIsLast = !p.halationBypassed && !cameraClip;
     if (p.exposureValue != 0.0f)
     {
       if (cameraClip || !p.halationBypassed)
@@ -158,13 +157,11 @@ private:
     halation();
     if (cameraClip)
       across(Stage::Input, "highlights_shadows_Kernel_in_out", ClipFields::Camera);
-    else if (halationIsLast)
-      image = other();  // the stage writes both frames
     cameraClip = false;
   }
 
-  // On the frame, for the pipelines of unit scale. A soft clip may wait for a kernel that has it folded in: the way into
-  // Pitch or the split into planes, in the pipelines with grain.
+  // On the frame, for the pipelines of unit scale. A soft clip may wait for a kernel that has it folded in: the way
+  // into Pitch or the split into planes, in the pipelines with grain.
   void inputInPlace()
   {
     exposureInPlace();
@@ -200,7 +197,8 @@ private:
       softClipInPlace(soupClip, ClipFields::Soup);
     const ClipFields fields =
         cropClipsSoup ? ClipFields::Soup : (cropClipsCamera ? ClipFields::Camera : ClipFields::None);
-    add(Stage::Geometry, Op::Colour, name.crop(clips, decoded, compressed, exposureFolds), image, Slot::Cropped, fields);
+    add(Stage::Geometry, Op::Colour, name.crop(clips, decoded, compressed, exposureFolds), image, Slot::Cropped,
+        fields);
     cameraClip = false;
     if (compressorClipsSoup)
       soupClip = false;
@@ -357,8 +355,8 @@ private:
       if (p.grainChannelOn[c])
         (p.grainSigma[c] == 0.0f ? plain : varying) = true;
     add(Stage::Grain, Op::Render,
-        plain && varying ? "render_pixelR, render_variance" : (plain ? "render_pixelR" : "render_variance"), Slot::Planes,
-        Slot::Planes);
+        plain && varying ? "render_pixelR, render_variance" : (plain ? "render_pixelR" : "render_variance"),
+        Slot::Planes, Slot::Planes);
   }
 
   // Out of the planes: the last join of an RGB clip packs it.
@@ -401,8 +399,7 @@ private:
         else
         {
           const ClipFields fields = takeCameraClip();
-          split(name.channels(name.ofGamut(
-                    "Lin_", fields == ClipFields::None ? "_compress_" : "_soft_clip_compress_")),
+          split(name.channels(name.ofGamut("Lin_", fields == ClipFields::None ? "_compress_" : "_soft_clip_compress_")),
                 fields);
         }
       }

@@ -1,0 +1,405 @@
+// The plan of a frame, case by case as a reader would look it up, and then over every combination of switches: nothing
+// is read that was not written, what is compressed is expanded once, every split has the join that inverts it.
+#include "pipeline/host/plan.h"
+
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "pipeline/host/input_class.h"
+
+namespace morvellan
+{
+
+namespace
+{
+
+// A frame with everything off.
+FrameParams neutral(int inputGamut = 47, int channels = 4)
+{
+  FrameParams p{};
+  p.inputGamut = inputGamut;
+  p.channelCount = channels;
+  p.frameWidth = p.sourceWidth = p.targetWidth = 64;
+  p.frameHeight = p.sourceHeight = p.targetHeight = 32;
+  p.pitchBypassed = p.soupBypassed = p.printBypassed = p.halationBypassed = p.grainBypassed = true;
+  p.ensemblePitchGain = 1.0f;
+  p.exposureKind = 2;
+  return p;
+}
+
+void withPitch(FrameParams& p)
+{
+  p.pitchBypassed = false;
+  p.ensemblePitchGain = 1.2f;
+}
+
+void withGrain(FrameParams& p)
+{
+  p.grainBypassed = false;
+  p.grainChannelCount = 3;
+  for (int& on : p.grainChannelOn)
+    on = 1;
+}
+
+FrameRoute routeOf(const FrameParams& p)
+{
+  return dispatch(p);
+}
+
+std::vector<std::string> kernels(const FrameParams& p)
+{
+  std::vector<std::string> names;
+  for (const Step& step : planFrame(routeOf(p), p))
+    if (!step.kernel.empty())
+      names.push_back(step.kernel);
+  return names;
+}
+
+using Names = std::vector<std::string>;
+
+}  // namespace
+
+TEST(Plan, ExposureAloneWritesTheFrameToDownload)
+{
+  FrameParams p = neutral();
+  p.exposureValue = 0.02f;
+  EXPECT_EQ(kernels(p), Names{"exposure_log_in_out"});
+  EXPECT_EQ(planFrame(routeOf(p), p).back().from, Slot::FrameB);
+  p.inputGamut = 0;
+  p.exposureKind = 1;
+  EXPECT_EQ(kernels(p), Names{"exposure_linear_gamma_in_out"});
+}
+
+TEST(Plan, RgbIsWidenedAndPacked)
+{
+  FrameParams p = neutral(47, 3);
+  p.exposureValue = 0.02f;
+  EXPECT_EQ(kernels(p), (Names{"RGB_RGBA_Kernel", "exposure_log_in_out", "RGBA_RGB_Kernel"}));
+}
+
+TEST(Plan, HalationAloneIsTheStageAndTheDownload)
+{
+  FrameParams p = neutral();
+  p.halationBypassed = false;
+  EXPECT_EQ(kernels(p), Names{"halation"});
+}
+
+TEST(Plan, SoftClipEndsTheInputStage)
+{
+  FrameParams p = neutral();
+  p.exposureValue = 0.02f;
+  p.halationBypassed = false;
+  p.cameraSoftClipActive = 1;
+  EXPECT_EQ(kernels(p), (Names{"exposure_log", "halation", "highlights_shadows_Kernel_in_out"}));
+}
+
+TEST(Plan, NothingIsCompressedForExposureAlone)
+{
+  FrameParams p = neutral(30);
+  p.hdrCompress = true;
+  p.exposureKind = 1;
+  p.exposureValue = 2.0f;
+  EXPECT_EQ(kernels(p), Names{"exposure_linear_gamma_in_out"});
+}
+
+TEST(Plan, PitchOfEachClass)
+{
+  FrameParams p = neutral(47);
+  withPitch(p);
+  EXPECT_EQ(kernels(p), (Names{"ColorSpace_LAB", "pitch", "LAB_Colorspace"}));
+  p.inputGamut = 0;
+  EXPECT_EQ(kernels(p), (Names{"rec709_LAB", "pitch", "LAB_Lin_rec709"}));
+  p.inputGamut = 4;
+  EXPECT_EQ(kernels(p), (Names{"ACES_AP0_LAB", "pitch", "LAB_ACES_AP0"}));
+  p.hdrCompress = true;
+  EXPECT_EQ(kernels(p), (Names{"Lin_ACES_AP0_compress_LAB", "pitch", "LAB_Lin_ACES_AP0_expand"}));
+}
+
+TEST(Plan, SoupAndPrintOnACompressedClip)
+{
+  FrameParams p = neutral(5);
+  p.hdrCompress = true;
+  p.soupBypassed = false;
+  EXPECT_EQ(kernels(p),
+            (Names{"RGBA_ACES_AP1_compress", "film_lab", "film_soup_cuda_out", "RGBA_ACES_AP1_expand_sRGB"}));
+  p.printBypassed = false;
+  p.printProfile = 2;
+  EXPECT_EQ(kernels(p), (Names{"RGBA_ACES_AP1_compress", "film_lab", "film_soup_cuda_out", "film_print_cuda_out_pfe"}));
+}
+
+TEST(Plan, BothSoftClipsRunBeforeTheCompressor)
+{
+  FrameParams p = neutral(5);
+  p.hdrCompress = true;
+  p.soupBypassed = false;
+  p.soupSoftClipActive = true;
+  p.cameraSoftClipActive = 1;
+  const std::vector<Step> steps = planFrame(routeOf(p), p);
+  ASSERT_GE(steps.size(), 4u);
+  EXPECT_EQ(steps[1].kernel, "highlights_shadows_Kernel");
+  EXPECT_EQ(steps[1].clip, ClipFields::Camera);
+  EXPECT_EQ(steps[2].kernel, "highlights_shadows_Kernel");
+  EXPECT_EQ(steps[2].clip, ClipFields::Soup);
+  EXPECT_EQ(steps[3].kernel, "RGBA_ACES_AP1_compress");
+}
+
+TEST(Plan, PrintAloneStillClipsWithTheSoupsFields)
+{
+  FrameParams p = neutral(47);
+  p.printBypassed = false;
+  p.soupSoftClipActive = true;
+  EXPECT_EQ(kernels(p), (Names{"highlights_shadows_Kernel", "film_lab_init_pfe", "film_print_cuda_out_pfe_display"}));
+}
+
+TEST(Plan, FilmKernelsAreTheSmallestThatServe)
+{
+  FrameParams p = neutral(47);
+  p.soupBypassed = p.printBypassed = false;
+  p.printProfile = 3;
+  p.soupAttributes.hue.vectorLive = true;
+  p.printAttributes.vibrance.vectorLive = true;
+  EXPECT_EQ(kernels(p), (Names{"film_lab", "film_soup_cuda_out_hue_chr_vib", "film_print_cuda_out_hue_chr_vib_pfe"}));
+  p.labBleach = p.printBleachOn = true;
+  EXPECT_EQ(kernels(p), (Names{"film_lab", "film_soup_cuda_out_bleach", "film_print_cuda_out_bleach_pfe"}));
+  p.printProfile = 0;
+  EXPECT_EQ(kernels(p), (Names{"film_lab", "film_soup_cuda_out_bleach", "film_print_cuda_out_pfe_display"}));
+}
+
+TEST(Plan, GrainAloneByClassAndMode)
+{
+  struct Row
+  {
+    int inputGamut;
+    bool linearGrain, hdr;
+    const char* split;
+    const char* join;
+  };
+  for (const Row& row : std::initializer_list<Row>{
+           {47, false, false, "src_RGBA_Kernel", "RGBA_src_Kernel"},
+           {27, true, false, "XYZ_compress_RGBA", "RGB_expand_RGBA"},
+           {0, false, false, "Linear_to_RGBA_log", "Log_RGBA_to_Linear_src_Kernel"},
+           {0, false, true, "Lin_rec709_compress_RGBA", "RGBA_expand_src"},
+           {30, true, false, "src_RGBA_Kernel", "RGBA_src_Kernel"},
+           {30, true, true, "src_RGBA_Kernel", "RGBA_src_Kernel"},
+       })
+  {
+    FrameParams p = neutral(row.inputGamut);
+    withGrain(p);
+    p.grainLinear = row.linearGrain;
+    p.hdrCompress = row.hdr;
+    EXPECT_EQ(kernels(p), (Names{row.split, "render_pixelR", row.join})) << row.inputGamut;
+    p.grainMode = 2;
+    EXPECT_EQ(kernels(p), (Names{row.split, "RGB_RGB_Kernel_Y", "render_pixelR", std::string("Y_") + row.join}));
+  }
+}
+
+TEST(Plan, GrainFoldsTheCameraClipIntoTheSplit)
+{
+  FrameParams p = neutral(47);
+  withGrain(p);
+  p.cameraSoftClipActive = 1;
+  EXPECT_EQ(kernels(p).front(), "highlights_shadows_Kernel_RGBA");
+  p.grainLinear = true;
+  EXPECT_EQ(kernels(p).front(), "Softclips_XYZ_compress_RGBA");
+  p.inputGamut = 4;
+  p.grainLinear = false;
+  EXPECT_EQ(kernels(p).front(), "Linear_soft_clip_to_Log_RGBA");
+  p.hdrCompress = true;
+  EXPECT_EQ(kernels(p).front(), "Lin_ACES_AP0_soft_clip_compress_RGBA");
+}
+
+TEST(Plan, GrainSitsBetweenNegativeAndPrint)
+{
+  FrameParams p = neutral(47);
+  withGrain(p);
+  p.soupBypassed = p.printBypassed = false;
+  p.printProfile = 2;
+  EXPECT_EQ(kernels(p), (Names{"film_lab", "film_soup_cuda_out", "Linear_to_RGBA_log", "render_pixelR",
+                               "Log_RGBA_to_Linear_src_Kernel", "film_print_cuda_out_pfe"}));
+  p.grainLinear = true;
+  EXPECT_EQ(kernels(p), (Names{"film_lab", "lin_grain_display", "lin_grain_display_custom_rangecompress_display",
+                               "render_pixelR", "lin_grain_display_only_expand_print_stock"}));
+  p.printProfile = 0;
+  EXPECT_EQ(kernels(p), (Names{"film_lab", "lin_grain_display", "lin_grain_display_rangecompress_display",
+                               "render_pixelR", "lin_grain_display_only_expand"}));
+  p.printBypassed = true;
+  EXPECT_EQ(kernels(p), (Names{"film_lab", "lin_grain_rangecompress", "render_pixelR", "lin_grain_soup_expand"}));
+}
+
+TEST(Plan, GrainAfterAnUnprintedNegative)
+{
+  FrameParams p = neutral(47, 3);
+  withGrain(p);
+  p.soupBypassed = false;
+  EXPECT_EQ(kernels(p), (Names{"RGB_RGBA_Kernel", "film_lab", "film_soup_cuda_out", "src_RGBA_Kernel_RGB",
+                               "render_pixelR", "RGB_src_Kernel"}));
+  p.inputGamut = 0;
+  EXPECT_EQ(kernels(p), (Names{"RGB_RGBA_Kernel", "film_lab", "film_soup_cuda_out", "Linear_to_RGB_log",
+                               "render_pixelR", "Log_RGB_to_Linear_src_Kernel"}));
+}
+
+TEST(Plan, GrainFromPitch)
+{
+  FrameParams p = neutral(47);
+  withGrain(p);
+  withPitch(p);
+  EXPECT_EQ(kernels(p), (Names{"ColorSpace_LAB", "pitch", "LAB_Colorspace", "src_RGBA_Kernel", "render_pixelR",
+                               "RGBA_src_Kernel"}));
+  p.inputGamut = 11;
+  EXPECT_EQ(kernels(p), (Names{"ColorSpace_LAB", "pitch", "LAB_Colorspace_RGBA", "render_pixelR", "RGBA_src_Kernel"}));
+  p.grainLinear = true;
+  EXPECT_EQ(kernels(p),
+            (Names{"ColorSpace_LAB", "pitch", "LAB_XYZ_compress_RGBA", "render_pixelR", "RGB_expand_RGBA"}));
+  p.inputGamut = 0;
+  EXPECT_EQ(kernels(p), (Names{"Lin_rec709_LAB", "pitch", "LAB_Linear_Colorspace_RGBA_Kernel", "render_pixelR",
+                               "RGBA_src_Kernel"}));
+  p.grainLinear = false;
+  EXPECT_EQ(kernels(p), (Names{"Lin_rec709_LAB", "pitch", "LAB_Linear_Colorspace_in_out", "Linear_to_RGBA_log",
+                               "render_pixelR", "Log_RGBA_to_Linear_src_Kernel"}));
+  p.hdrCompress = true;
+  EXPECT_EQ(kernels(p),
+            (Names{"Lin_rec709_LAB", "pitch", "LAB_XYZ_compress_RGBA", "render_pixelR", "RGBA_expand_src"}));
+}
+
+TEST(Plan, EnlargeFoldsTheInputStagesIntoTheCrop)
+{
+  FrameParams p = neutral(0);
+  p.resizeMode = 1;
+  p.sourceWidth = 32;
+  p.sourceHeight = 16;
+  p.exposureKind = 1;
+  p.exposureValue = 2.0f;
+  EXPECT_EQ(kernels(p), (Names{"exposure_linear_gamma", "CropKernelRGBA", "ResizeTBB"}));
+  p.cameraSoftClipActive = 1;
+  EXPECT_EQ(kernels(p), (Names{"Softclips_CropKernelRGBA_lin_gam", "ResizeTBB"}));
+  p.hdrCompress = true;
+  EXPECT_EQ(kernels(p),
+            (Names{"Softclips_CropKernelRGBA_compress_rec709_lin_gam", "ResizeTBB", "RGBA_rec709_expand_sRGB"}));
+  p.halationBypassed = false;
+  EXPECT_EQ(kernels(p), (Names{"exposure_linear_gamma", "halation", "Softclips_CropKernelRGBA_compress_rec709",
+                               "ResizeTBB", "RGBA_rec709_expand_sRGB"}));
+}
+
+TEST(Plan, ReduceClipsBeforeTheCropAndHasNoEnhancer)
+{
+  FrameParams p = neutral(47);
+  p.resizeMode = 2;
+  p.targetWidth = 32;
+  p.targetHeight = 16;
+  p.cameraSoftClipActive = 1;
+  p.enhancerVertical = 4.0f;
+  p.enhancerMode = 1;
+  EXPECT_EQ(kernels(p), (Names{"highlights_shadows_Kernel", "CropKernelRGBA", "ResizeTBB", "Pad2DArrayRGBA"}));
+}
+
+TEST(Plan, ProcessLinearDecodesBeforeTheEnhancerAndEncodesAfterPitch)
+{
+  FrameParams p = neutral(47);
+  p.processLinear = true;
+  p.enhancerMode = 1;
+  p.enhancerHorizontal = p.enhancerVertical = 4.0f;
+  withPitch(p);
+  EXPECT_EQ(kernels(p), (Names{"To_Linear_Kernel_RGBA", "ResizeTBB", "CsplashTexLV", "ColorSpace_Linear_LAB", "pitch",
+                               "LAB_Linear_Colorspace_in_out", "To_Log_Kernel"}));
+  // Without a resample or the enhancer it has nothing to act on.
+  p.enhancerHorizontal = p.enhancerVertical = 0.0f;
+  EXPECT_EQ(kernels(p), (Names{"ColorSpace_LAB", "pitch", "LAB_Colorspace"}));
+}
+
+TEST(Plan, HardClipForOneLogAfterAResample)
+{
+  FrameParams p = neutral(10);
+  p.resizeMode = 1;
+  p.sourceWidth = 32;
+  withPitch(p);
+  EXPECT_EQ(kernels(p),
+            (Names{"CropKernelRGBA", "ResizeTBB", "Clip_min_max", "ColorSpace_LAB", "pitch", "LAB_Colorspace"}));
+  p.processLinear = true;
+  EXPECT_EQ(kernels(p), (Names{"CropKernelRGBA_To_Linear_Kernel", "ResizeTBB", "ColorSpace_Linear_LAB", "pitch",
+                               "LAB_Linear_Colorspace_in_out", "To_Log_Kernel"}));
+}
+
+// Every combination of the switches.
+TEST(Plan, HoldsTogetherForEveryCombination)
+{
+  size_t plans = 0;
+  for (int inputGamut : {0, 4, 5, 30, 1, 10, 11, 13, 27, 46, 47})
+    for (int channels : {3, 4})
+      for (int geometry = 0; geometry < 4; ++geometry)
+        for (unsigned bits = 0; bits < 1u << 12; ++bits)
+        {
+          const auto on = [bits](unsigned bit) { return (bits >> bit & 1u) != 0; };
+          FrameParams p = neutral(inputGamut, channels);
+          p.exposureValue = on(0) ? 0.5f : 0.0f;
+          p.exposureKind = isLinearInput(inputGamut) || isGammaInput(inputGamut) ? 1 : 2;
+          p.halationBypassed = !on(1);
+          p.cameraSoftClipActive = on(2);
+          p.soupSoftClipActive = on(3);
+          p.soupBypassed = !on(4);
+          p.printBypassed = !on(5) || isGammaInput(inputGamut);
+          p.printProfile = 1;
+          if (on(6))
+            withPitch(p);
+          if (on(7))
+            withGrain(p);
+          p.grainLinear = on(8);
+          p.hdrCompress = on(9);
+          p.processLinear = on(10);
+          p.grainMode = on(11) ? 2 : 0;
+          if (geometry == 1)
+          {
+            p.resizeMode = 1;
+            p.sourceWidth = 32;
+          }
+          else if (geometry == 2)
+          {
+            p.resizeMode = 2;
+            p.targetWidth = 32;
+          }
+          else if (geometry == 3)
+          {
+            p.enhancerMode = 1;
+            p.enhancerHorizontal = 1.0f;
+          }
+          const FrameRoute route = routeOf(p);
+          if (route == FrameRoute::copy || route == FrameRoute::untouched)
+            continue;
+          const std::vector<Step> steps = planFrame(route, p);
+          ++plans;
+          std::set<Slot> written{Slot::Host};
+          int compressed = 0, decoded = 0, cameraClips = 0, soupClips = 0;
+          std::string all;
+          for (const Step& step : steps)
+          {
+            all += step.kernel + " ";
+            ASSERT_TRUE(step.from == Slot::None || written.count(step.from)) << all;
+            written.insert(step.to);
+            const auto has = [&step](const char* part) { return step.kernel.find(part) != std::string::npos; };
+            cameraClips += step.clip == ClipFields::Camera;
+            soupClips += step.clip == ClipFields::Soup;
+            if (has("compress") && !has("range"))
+              ++compressed;
+            if (has("expand") && !has("lin_grain"))
+              --compressed;
+            if (has("_To_Linear_Kernel") || step.kernel == "To_Linear_Kernel_RGBA")
+              ++decoded;
+            if (step.kernel == "To_Log_Kernel")
+              --decoded;
+            ASSERT_GE(compressed, 0) << all;
+          }
+          ASSERT_EQ(steps.back().op, Op::Download);
+          ASSERT_EQ(decoded, 0) << all;
+          ASSERT_EQ(cameraClips, p.cameraSoftClipActive) << all;
+          ASSERT_EQ(soupClips, p.soupSoftClipActive && (!p.soupBypassed || !p.printBypassed) ? 1 : 0) << all;
+          // A printed frame leaves as display codes, which are never expanded.
+          if (p.printBypassed)
+            ASSERT_EQ(compressed, 0) << inputGamut << ": " << all;
+          else
+            ASSERT_LE(compressed, 1) << all;
+          ASSERT_EQ(all.find("render") != std::string::npos, on(7)) << all;
+        }
+  EXPECT_GT(plans, 300000u);
+}
+
+}  // namespace morvellan
