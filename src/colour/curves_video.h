@@ -1,0 +1,145 @@
+// Transfer curves of video, cinema and displays, one structure each: decode takes a code value to linear light, encode
+// takes it back. Clamps and guards belong to the colourspace index, not to the curve (curve_table.h).
+#pragma once
+
+#include "colour/curve_math.h"
+#include "colour/matrix.h"
+
+namespace morvellan::MORVELLAN_TARGET::curves
+{
+
+struct Identity
+{
+  static MORVELLAN_INLINE Real decode(Real x) { return x; }
+  static MORVELLAN_INLINE Real encode(Real x) { return x; }
+};
+
+// ITU-R BT.709-6 (2015) camera curve, with the 12-bit constants 1.0993, 0.0993 and 0.0181 of BT.2020 in the place of
+// BT.709's own 1.099, 0.099 and 0.018.
+struct Rec709
+{
+  static MORVELLAN_INLINE Real decode(Real x)
+  {
+    const Real line = x * Real(0.222222224f);
+    return select(x < Real(0.0814500004f), line, power((x + Real(0.0992999971f)) * Real(0.909669816f), 2.22222233f));
+  }
+  static MORVELLAN_INLINE Real encode(Real x)
+  {
+    const Real curve = power(x, 0.449999988f) * Real(1.09930003f) - Real(0.0992999971f);
+    return select(x < Real(0.0181000009f), x * Real(4.5f), curve);
+  }
+};
+
+// ITU-R BT.2020-2 (2015), 12-bit. Decodes as Rec709; the encode has BT.2020's unrounded alpha and beta but keeps the
+// rounded offset 0.0993.
+struct Rec2020
+{
+  static MORVELLAN_INLINE Real decode(Real x) { return Rec709::decode(x); }
+  static MORVELLAN_INLINE Real encode(Real x)
+  {
+    const Real curve = power(x, 0.449999988f) * Real(1.09929681f) - Real(0.0992999971f);
+    return select(x < Real(0.0180539694f), x * Real(4.5f), curve);
+  }
+};
+
+// IEC 61966-2-1 (1999), with the encoding cut at 0.00313080498 instead of 0.0031308.
+struct Srgb
+{
+  static MORVELLAN_INLINE Real decode(Real x)
+  {
+    const Real line = x * Real(0.0773993805f);
+    return select(x < Real(0.0404499993f), line, power((x + Real(0.0549999997f)) * Real(0.947867274f), 2.4000001f));
+  }
+  static MORVELLAN_INLINE Real encode(Real x)
+  {
+    const Real curve = power(x, 0.416666657f) * Real(1.05499995f) - Real(0.0549999997f);
+    return select(x > Real(0.00313080498f), curve, x * Real(12.9200001f));
+  }
+};
+
+// SMPTE RP 431-2 (2007) projector gamma 2.6, relative to its own white.
+struct Gamma26
+{
+  static MORVELLAN_INLINE Real decode(Real x) { return power(x, 2.5999999f); }
+  static MORVELLAN_INLINE Real encode(Real x) { return power(x, 0.384615391f); }
+};
+
+// The same; negative code values are black.
+struct Gamma26Positive
+{
+  static MORVELLAN_INLINE Real decode(Real x) { return power(max(x, Real(0.0f)), 2.5999999f); }
+  static MORVELLAN_INLINE Real encode(Real x) { return Gamma26::encode(x); }
+};
+
+// ITU-R BT.1886 (2011) with a black of zero: gamma 2.4.
+struct Gamma24
+{
+  static MORVELLAN_INLINE Real decode(Real x) { return power(x, 2.4000001f); }
+  static MORVELLAN_INLINE Real encode(Real x) { return power(x, 0.416666657f); }
+};
+
+// SMPTE ST 428-1 (2006) X'Y'Z' code values: gamma 2.6 with 52.37/48 of headroom, as 1.09104168.
+struct Dcdm
+{
+  static MORVELLAN_INLINE Real decode(Real x) { return power(x, 2.5999999f) * Real(1.09104168f); }
+  static MORVELLAN_INLINE Real encode(Real x) { return power(x, 0.384615391f) * Real(0.916555285f); }
+};
+
+// SMPTE ST 2084 (2014) for one channel of display light, 1 standing for 10000 cd/m2. With p = L^m1 written as 1 - q,
+// the quotient (c1 + c2 p) / (1 + c3 p) is 1 - (1 - c1) q / (1 + c3 p), which keeps its precision in single floats.
+struct Pq
+{
+  static MORVELLAN_INLINE Real decode(Real x)
+  {
+    // Below 2^-0.5 the numerator is negative anyway.
+    const Real q = -exp2MinusOne(clamp(fast_log2(x) * Real(0.0126833133f), Real(-0.5f), Real(0.5f)));
+    const Real n = Real(0.1640625f) - q;
+    const Real d = n / (q * Real(18.6875f) + Real(0.1640625f));
+    return powPositive(d, Real(6.27739477f));
+  }
+  static MORVELLAN_INLINE Real encode(Real light)
+  {
+    const Real p = power(light, 0.159301758f);
+    const Real f = (p - Real(1.0f)) * Real(0.1640625f) / (p * Real(18.6875f) + Real(1.0f));
+    return fast_exp2(log2NearOne(f) * Real(78.84375f));
+  }
+};
+
+// PQ read as the display light of a 1000 cd/m2 HLG-style display and turned into scene light by the inverse of its
+// system gamma 1.2 (ITU-R BT.2100-2, 2018). The luminance weights are BT.2020's at every index, P3's too.
+struct Pq1000
+{
+  static constexpr bool threeChannels = true;
+  static constexpr Row3 luminance{0.262699991f, 0.677999973f, 0.0593000017f};
+
+  static MORVELLAN_INLINE Rgb decode(Rgb p)
+  {
+    // In thousands of cd/m2; the factor 10000 of the curve times 0.001.
+    const Rgb light{Pq::decode(p.r) * Real(10.0f), Pq::decode(p.g) * Real(10.0f), Pq::decode(p.b) * Real(10.0f)};
+    const Real y = dot(luminance, light);
+    const Real s = select(y == Real(0.0f), Real(0.0f), power(y, -0.166666672f));
+    return {light.r * s, light.g * s, light.b * s};
+  }
+  static MORVELLAN_INLINE Rgb encode(Rgb p)
+  {
+    const Real s = power(dot(luminance, p), 0.200000003f) * Real(0.1f);
+    return {Pq::encode(p.r * s), Pq::encode(p.g * s), Pq::encode(p.b * s)};
+  }
+};
+
+// ITU-R BT.2100 hybrid log-gamma (2016), scene light scaled to 0..12 when encoding and to 0..1 when decoding.
+struct Hlg
+{
+  static MORVELLAN_INLINE Real decode(Real x)
+  {
+    const Real log = (expE((x - Real(0.559910715f)) * Real(5.59181643f)) + Real(0.284668922f)) * Real(0.0833333358f);
+    return select((x >= Real(0.0f)) & (x <= Real(0.5f)), x * x * Real(0.333333343f), log);
+  }
+  static MORVELLAN_INLINE Real encode(Real x)
+  {
+    const Real log = ln(x * Real(12.0f) - Real(0.284668922f)) * Real(0.178832769f) + Real(0.559910715f);
+    return select(x > Real(0.0833333358f), log, sqrt(x * Real(3.0f)));
+  }
+};
+
+}  // namespace morvellan::MORVELLAN_TARGET::curves
