@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "host/host.h"
+#include "ofx/ofxMessage.h"
 
 namespace morvellan::test
 {
@@ -30,7 +31,7 @@ struct StrictOptions
   std::function<OfxStatus(const host::Message&)> answer;
 };
 
-class StrictHost : private host::Observer
+class StrictHost : public host::Observer
 {
 public:
   // Loads and describes; a failure of either is a host::LoadError.

@@ -303,8 +303,21 @@ OfxStatus EffectInstance::render(double time, const std::optional<Frame>& output
   return render(time, output, output ? output->layout().bounds : OfxRectI{});
 }
 
+// A host keeps to the thread safety that the effect declares.
+std::unique_lock<std::mutex> EffectInstance::renderTurn()
+{
+  static std::mutex allInstances;
+  const std::string safety = properties().getString(kOfxImageEffectPluginRenderThreadSafety);
+  if (safety == kOfxImageEffectRenderFullySafe)
+  {
+    return {};
+  }
+  return std::unique_lock(safety == kOfxImageEffectRenderInstanceSafe ? renderMutex_ : allInstances);
+}
+
 OfxStatus EffectInstance::render(double time, const std::optional<Frame>& output, OfxRectI window)
 {
+  const std::unique_lock turn = renderTurn();
   if (output)
   {
     const std::scoped_lock lock(mutex_);

@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -109,7 +110,8 @@ public:
   std::optional<Identity> isIdentity(double time);
   OfxStatus beginSequence(OfxRangeD frames, double step);
   OfxStatus endSequence(OfxRangeD frames, double step);
-  // One frame into `output`. Nothing: the host has no image for the output.
+  // One frame into `output`; calls from several threads wait where the effect is not safe for them. No output: the host
+  // has no image for it.
   OfxStatus render(double time, const std::optional<Frame>& output);
   OfxStatus render(double time, const std::optional<Frame>& output, OfxRectI window);
 
@@ -129,6 +131,7 @@ public:
 private:
   OfxStatus call(const char* action, double time, PropertySet* in, PropertySet* out);
   void echoWrites();
+  std::unique_lock<std::mutex> renderTurn();
   void defineRenderArguments(PropertySet& arguments, double time, OfxRectI window) const;
   void defineSequenceArguments(PropertySet& arguments, OfxRangeD frames, double step) const;
 
@@ -141,6 +144,7 @@ private:
   bool collectWrites_ = false;
   mutable std::mutex mutex_;
   std::map<double, Frame> outputs_;
+  std::mutex renderMutex_;
 };
 
 }  // namespace morvellan::host

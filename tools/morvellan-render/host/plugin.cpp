@@ -120,9 +120,9 @@ OfxStatus LoadedPlugin::unload()
     host_.observer().misuse(
         fmt::format("[{}] {} blocks of memory were not freed", kOfxActionUnload, host_.allocationsOut()));
   }
-  if (mutexesOut() > 0)
+  if (const std::size_t mutexes = takeMutexes(); mutexes > 0)
   {
-    host_.observer().misuse(fmt::format("[{}] {} mutexes were not destroyed", kOfxActionUnload, mutexesOut()));
+    host_.observer().misuse(fmt::format("[{}] {} mutexes were not destroyed", kOfxActionUnload, mutexes));
   }
   return status;
 }

@@ -1,8 +1,10 @@
 // The multi-thread suite: a team of threads for each call, and mutexes that know who holds them.
-#include <atomic>
 #include <condition_variable>
+#include <map>
+#include <memory>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -19,7 +21,6 @@ namespace
 
 thread_local unsigned int spawnedIndex = 0;
 thread_local bool spawned = false;
-std::atomic<int> livingMutexes{0};
 
 // A recursive mutex, as the suite's are; its count of locks can be set at its creation.
 class SuiteMutex : public Handled<SuiteMutex, OfxMutexHandle>
@@ -31,9 +32,7 @@ public:
     {
       owner_ = std::this_thread::get_id();
     }
-    ++livingMutexes;
   }
-  ~SuiteMutex() { --livingMutexes; }
 
   void lock()
   {
@@ -86,6 +85,19 @@ private:
   std::thread::id owner_;
   int count_;
 };
+
+// The mutexes that a plug-in has made and not destroyed.
+struct MutexPool
+{
+  std::mutex mutex;
+  std::map<OfxMutexHandle, std::unique_ptr<SuiteMutex>> mutexes;
+};
+
+MutexPool& pool()
+{
+  static MutexPool instance;
+  return instance;
+}
 
 unsigned int cpuCount()
 {
@@ -156,7 +168,10 @@ OfxStatus mutexCreate(OfxMutexHandle* mutex, int locks)
     reportMisuse("mutexCreate: the place for the answer is null, or the count is negative");
     return kOfxStatErrValue;
   }
-  *mutex = (new SuiteMutex(locks))->handle();  // owned by the handle until mutexDestroy
+  auto made = std::make_unique<SuiteMutex>(locks);
+  *mutex = made->handle();
+  const std::scoped_lock lock(pool().mutex);
+  pool().mutexes.emplace(*mutex, std::move(made));
   return kOfxStatOK;
 }
 
@@ -172,7 +187,7 @@ SuiteMutex* livingMutex(OfxMutexHandle handle, const char* call)
 
 OfxStatus mutexDestroy(const OfxMutexHandle handle)
 {
-  const std::unique_ptr<SuiteMutex> mutex(livingMutex(handle, "mutexDestroy"));
+  SuiteMutex* const mutex = livingMutex(handle, "mutexDestroy");
   if (mutex == nullptr)
   {
     return kOfxStatErrBadHandle;
@@ -181,6 +196,8 @@ OfxStatus mutexDestroy(const OfxMutexHandle handle)
   {
     reportMisuse("mutexDestroy: the mutex is locked");
   }
+  const std::scoped_lock lock(pool().mutex);
+  pool().mutexes.erase(handle);
   return kOfxStatOK;
 }
 
@@ -222,9 +239,10 @@ OfxStatus mutexTryLock(const OfxMutexHandle handle)
 
 }  // namespace
 
-int mutexesOut()
+std::size_t takeMutexes()
 {
-  return livingMutexes;
+  const std::scoped_lock lock(pool().mutex);
+  return std::exchange(pool().mutexes, {}).size();
 }
 
 const OfxMultiThreadSuiteV1& multiThreadSuite()

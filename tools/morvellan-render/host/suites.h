@@ -1,6 +1,8 @@
 // The tables of the suites that the host offers.
 #pragma once
 
+#include <cstddef>
+
 #include "ofx/ofxImageEffect.h"
 #include "ofx/ofxMemory.h"
 #include "ofx/ofxMessage.h"
@@ -24,8 +26,8 @@ const OfxProgressSuiteV1& progressSuiteV1();
 const OfxProgressSuiteV2& progressSuiteV2();
 const OfxTimeLineSuiteV1& timeLineSuite();
 
-// Mutexes of the multi-thread suite that a plug-in has not destroyed.
-int mutexesOut();
+// Destroys the mutexes that a plug-in has left, and says how many they were.
+std::size_t takeMutexes();
 
 // What the host record's fetchSuite does: null for a suite that the host does not have.
 const void* fetchSuite(OfxPropertySetHandle host, const char* name, int version);
