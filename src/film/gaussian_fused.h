@@ -7,6 +7,7 @@
 #ifndef MORVELLAN_TARGET_IS_CUDA
 
 #include <algorithm>
+#include <string>
 
 #include <tbb/task_arena.h>
 
@@ -254,11 +255,11 @@ inline void blurColumns(const GaussianFilter& f, const Plane& source, float* tar
 }  // namespace detail
 
 // One Gaussian of a plane. finish(pixels, blurred) gives what is written for a group of pixels of one row, of which
-// `pixels.count` are inside; it runs after the whole of the source's neighbourhood was read, so that it may read planes
-// other than `target`, at those pixels.
+// `pixels.count` are inside; it may read and write other planes at those pixels. `fused` are the names of the kernels
+// that `finish` stands for, each with a "+" before it.
 template <typename Finish>
 void blurFused(const Queue& queue, const float* source, float* scratch, float* target, int width, int height,
-               float sigma, const Finish& finish)
+               float sigma, const Finish& finish, std::string_view fused = {})
 {
   const GaussianFilter f = gaussianFilter(sigma);
   const auto write = [&](int y, int x, Real blurred)
@@ -271,7 +272,8 @@ void blurFused(const Queue& queue, const float* source, float* scratch, float* t
     return;
   if (runUp <= detail::bandRows)
   {
-    const detail::Watch watch(queue, "iir_guassian+u_d_l_r+iir_guassian+u_d_l_r", width, height);
+    const std::string name = "iir_guassian+u_d_l_r+iir_guassian+u_d_l_r" + std::string(fused);
+    const detail::Watch watch(queue, name, width, height);
     detail::blurBands(f, {source, width, height}, runUp, write);
     return;
   }
@@ -279,7 +281,8 @@ void blurFused(const Queue& queue, const float* source, float* scratch, float* t
     const detail::Watch watch(queue, "iir_guassian+u_d_l_r", width, height);
     detail::blurColumns(f, {source, width, height}, scratch);
   }
-  const detail::Watch watch(queue, "iir_guassian+u_d_l_r", height, width);
+  const std::string name = "iir_guassian+u_d_l_r" + std::string(fused);
+  const detail::Watch watch(queue, name, height, width);
   detail::blurRows(f, {scratch, width, height}, write);
 }
 
