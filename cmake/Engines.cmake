@@ -14,8 +14,9 @@ if(MORVELLAN_CUDA)
   endif()
   enable_language(CUDA)
   find_package(CUDAToolkit REQUIRED)
-  set(CMAKE_CUDA_STANDARD 20)
-  set(CMAKE_CUDA_STANDARD_REQUIRED ON)
+  # CMake 3.25 does not know that newer compilers of CUDA speak C++20.
+  set(CMAKE_CUDA20_STANDARD_COMPILE_OPTION "-std=c++20")
+  set(CMAKE_CUDA20_EXTENSION_COMPILE_OPTION "-std=c++20")
   list(APPEND MORVELLAN_TARGETS cuda)
 endif()
 
