@@ -48,3 +48,19 @@ function(morvellan_engine_objects name target)
     target_link_libraries(${name} PRIVATE morvellan_warnings TBB::tbb fmt::fmt)
   endif()
 endfunction()
+
+# morvellan_isolate_engine(<output variable> <target> <object library>): one relocatable object whose only global symbol
+# is the engine's table. Templates of the standard library and of TBB that a higher instruction set was allowed for stay
+# inside, so that the linker can never hand them to code that runs on a lesser processor.
+function(morvellan_isolate_engine output target library)
+  set(object "${CMAKE_BINARY_DIR}/engines/${target}.o")
+  add_custom_command(
+    OUTPUT "${object}"
+    COMMAND ${CMAKE_COMMAND} -E make_directory "${CMAKE_BINARY_DIR}/engines"
+    COMMAND ld -r --force-group-allocation -o "${object}.all" $<TARGET_OBJECTS:${library}>
+    COMMAND ${CMAKE_OBJCOPY} --keep-global-symbol=_ZN9morvellan6${target}6engineE "${object}.all" "${object}"
+    DEPENDS ${library} $<TARGET_OBJECTS:${library}>
+    COMMAND_EXPAND_LISTS VERBATIM
+    COMMENT "Isolating engine ${target}")
+  set(${output} "${object}" PARENT_SCOPE)
+endfunction()
