@@ -4,12 +4,12 @@
 #include <cmath>
 #include <limits>
 #include <random>
-#include <string>
 
 #include <tbb/global_control.h>
 
 #include "tests/support/device_arrays.h"
 #include "tests/support/engine_test.h"
+#include "tests/support/name_list.h"
 
 namespace morvellan::MORVELLAN_TARGET
 {
@@ -30,22 +30,6 @@ Values labNoise(int w, int h)
     v = uniform(generator);
   return values;
 }
-
-class NameList : public LaunchObserver
-{
-public:
-  void launched(std::string_view kernel, int, int, double) override { all += std::string(kernel) + "+"; }
-  size_t count(const std::string& name) const
-  {
-    size_t found = 0;
-    for (size_t at = all.find(name + "+"); at != std::string::npos; at = all.find(name + "+", at + 1))
-      ++found;
-    return found;
-  }
-
-private:
-  std::string all;
-};
 
 struct Run
 {
