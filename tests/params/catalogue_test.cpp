@@ -122,9 +122,13 @@ TEST(Catalogue, DigitsAndIncrements)
     const bool shown = param.kind == Kind::Double && param.hidden != Hidden::SecretOnly;
     EXPECT_EQ(param.digits, shown ? std::optional{5} : std::nullopt) << param.name;
     if (holdsDegrees(param))
+    {
       EXPECT_EQ(param.increment, 0.1) << param.name;
+    }
     else
+    {
       EXPECT_EQ(param.increment, shown ? std::optional{0.001} : std::nullopt) << param.name;
+    }
   }
   // Centre and breadth of four attributes, and of four attributes in eleven and in six vectors; the store's attributes.
   EXPECT_EQ(std::ranges::count_if(catalogue(), holdsDegrees), 8 + 11 * 8 + 8 + 6 * 8);
