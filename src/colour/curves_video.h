@@ -110,19 +110,19 @@ struct Pq
 struct Pq1000
 {
   static constexpr bool threeChannels = true;
-  static constexpr Row3 luminance{0.262699991f, 0.677999973f, 0.0593000017f};
 
+  static MORVELLAN_INLINE Real luminance(Rgb p) { return dot({0.262699991f, 0.677999973f, 0.0593000017f}, p); }
   static MORVELLAN_INLINE Rgb decode(Rgb p)
   {
     // In thousands of cd/m2; the factor 10000 of the curve times 0.001.
     const Rgb light{Pq::decode(p.r) * Real(10.0f), Pq::decode(p.g) * Real(10.0f), Pq::decode(p.b) * Real(10.0f)};
-    const Real y = dot(luminance, light);
+    const Real y = luminance(light);
     const Real s = select(y == Real(0.0f), Real(0.0f), power(y, -0.166666672f));
     return {light.r * s, light.g * s, light.b * s};
   }
   static MORVELLAN_INLINE Rgb encode(Rgb p)
   {
-    const Real s = power(dot(luminance, p), 0.200000003f) * Real(0.1f);
+    const Real s = power(luminance(p), 0.200000003f) * Real(0.1f);
     return {Pq::encode(p.r * s), Pq::encode(p.g * s), Pq::encode(p.b * s)};
   }
 };

@@ -18,14 +18,19 @@ namespace morvellan::MORVELLAN_TARGET
 {
 
 // Shapes of launches. A grid keeps rows apart and tells a kernel its x and y; a flat launch runs over the pixels of a
-// packed frame as one row; lines are independent work items (one line of a filter each) in groups of `lanes`; items are
-// single work items without lanes.
+// packed frame as one row; runs are stretches of such a row, for kernels that keep a stretch in fast memory; lines are
+// independent work items (one line of a filter each) in groups of `lanes`; items are single work items without lanes.
 struct Grid2d
 {
   int width, height;
 };
 
 struct Flat
+{
+  int width, height;
+};
+
+struct Runs
 {
   int width, height;
 };
@@ -46,6 +51,11 @@ inline Grid2d grid2d(int width, int height)
 }
 
 inline Flat pixels(int width, int height)
+{
+  return {width, height};
+}
+
+inline Runs runs(int width, int height)
 {
   return {width, height};
 }
@@ -112,6 +122,9 @@ inline constexpr int flatBlock = 4096;  // pixels: a few of them keep a thread b
 
 }  // namespace detail
 
+// Pixels of a run on the CPU: four planes of them take a sixth of a 48 KB first-level cache.
+inline constexpr int runLength = 512;
+
 #ifndef MORVELLAN_TARGET_IS_CUDA
 
 template <typename Kernel>
@@ -146,6 +159,25 @@ void launchNamed(const Queue& queue, std::string_view name, Grid2d shape, const 
                           const int left = shape.width - x;
                           local(Pixels{x, y, static_cast<ptrdiff_t>(y) * shape.width + x, left < lanes ? left : lanes});
                         }
+                    });
+}
+
+// kernel(first, count): `count` neighbouring pixels, at most runLength, from pixel `first` of the frame.
+template <typename Kernel>
+void launchNamed(const Queue& queue, std::string_view name, Runs shape, const Kernel& kernel)
+{
+  const detail::Watch watch(queue, name, shape.width, shape.height);
+  const ptrdiff_t count = static_cast<ptrdiff_t>(shape.width) * shape.height;
+  const ptrdiff_t stretches = (count + runLength - 1) / runLength;
+  const Kernel local = kernel;
+  tbb::parallel_for(tbb::blocked_range<ptrdiff_t>(0, stretches, detail::flatBlock / runLength),
+                    [&](const tbb::blocked_range<ptrdiff_t>& range)
+                    {
+                      for (ptrdiff_t i = range.begin(); i < range.end(); ++i)
+                      {
+                        const ptrdiff_t left = count - i * runLength;
+                        local(i * runLength, static_cast<int>(left < runLength ? left : runLength));
+                      }
                     });
 }
 
@@ -187,6 +219,14 @@ __global__ void runFlat(Kernel kernel, ptrdiff_t count)
 }
 
 template <typename Kernel>
+__global__ void runStretch(Kernel kernel, ptrdiff_t count)
+{
+  const ptrdiff_t i = static_cast<ptrdiff_t>(blockIdx.x) * blockDim.x + threadIdx.x;
+  if (i < count)
+    kernel(i, 1);
+}
+
+template <typename Kernel>
 __global__ void runGrid(Kernel kernel, int width, int height)
 {
   const int x = static_cast<int>(blockIdx.x * blockDim.x + threadIdx.x);
@@ -221,6 +261,15 @@ void launchNamed(const Queue& queue, std::string_view name, Flat shape, const Ke
   const ptrdiff_t count = static_cast<ptrdiff_t>(shape.width) * shape.height;
   if (count > 0)
     detail::runFlat<<<static_cast<unsigned>((count + 255) / 256), 256>>>(kernel, count);
+}
+
+template <typename Kernel>
+void launchNamed(const Queue& queue, std::string_view name, Runs shape, const Kernel& kernel)
+{
+  const detail::Watch watch(queue, name, shape.width, shape.height);
+  const ptrdiff_t count = static_cast<ptrdiff_t>(shape.width) * shape.height;
+  if (count > 0)
+    detail::runStretch<<<static_cast<unsigned>((count + 255) / 256), 256>>>(kernel, count);
 }
 
 template <typename Kernel>

@@ -1,0 +1,314 @@
+// Running a colour program. On the CPU a run of pixels lies in planes in the first-level cache and each step is a tight
+// loop over it, so that the choice of curve stands outside the pixel loop; on CUDA each thread takes its pixel through.
+#include "colour/program.h"
+
+#include "colour/curves.h"
+#include "device/launch.h"
+
+namespace morvellan::MORVELLAN_TARGET
+{
+
+namespace
+{
+
+// The pixels at `from` of the frame that is read; `to` is where they will be written.
+MORVELLAN_INLINE Rgba read(const Program& program, ptrdiff_t from, ptrdiff_t to)
+{
+  Rgba p;
+  p.a = Real(1.0f);
+  if (program.from == From::Planes)
+  {
+    p.r = load(program.planes[0] + from);
+    p.g = load(program.planes[1] + from);
+    p.b = load(program.planes[2] + from);
+    if (program.alpha == Alpha::Copy && program.floatsOut == 4)
+      p.a = load(program.planes[3] + from);
+  }
+  else
+  {
+    const float* frame = (program.from == From::Self ? program.destination : program.source) + from * program.floatsIn;
+    if (program.floatsIn == 4)
+      loadInterleaved(frame, p.r, p.g, p.b, p.a);
+    else
+      loadInterleaved(frame, p.r, p.g, p.b);
+  }
+  if (program.to == To::Frame && program.floatsOut == 4 && program.alpha == Alpha::None)
+  {
+    Real r, g, b;
+    loadInterleaved(program.destination + to * 4, r, g, b, p.a);
+  }
+  return p;
+}
+
+MORVELLAN_INLINE void writeInterleaved(float* to, int floats, Rgba p)
+{
+  if (floats == 4)
+    storeInterleaved(to, p.r, p.g, p.b, p.a);
+  else
+    storeInterleaved(to, p.r, p.g, p.b);
+}
+
+MORVELLAN_INLINE void write(const Program& program, ptrdiff_t to, Rgba p)
+{
+  if (program.to == To::Planes)
+  {
+    store(program.planes[0] + to, p.r);
+    store(program.planes[1] + to, p.g);
+    store(program.planes[2] + to, p.b);
+    if (program.alpha == Alpha::Copy && program.floatsIn == 4)
+      store(program.planes[3] + to, p.a);
+    return;
+  }
+  writeInterleaved(program.destination + to * program.floatsOut, program.floatsOut, p);
+  if (program.to == To::FrameAndSource)
+    writeInterleaved(program.source + to * program.floatsIn, program.floatsIn, p);
+}
+
+// A pixel in place with no steps is left alone at once.
+MORVELLAN_INLINE bool isIdle(const Program& program)
+{
+  const bool inPlace = program.from == From::Self && program.to == To::Self;
+  return program.writesNothing || (program.stepCount == 0 && inPlace);
+}
+
+// All kinds but the curves, for any number of pixels in lanes.
+template <StepKind Kind>
+MORVELLAN_INLINE Rgb applyStep(const Step& step, Rgb p)
+{
+  const Real low = Real(step.low);
+  const Real high = Real(step.high);
+  if constexpr (Kind == StepKind::Matrix)
+    return multiply(step.matrix, p);
+  else if constexpr (Kind == StepKind::Add)
+    return {p.r + low, p.g + low, p.b + low};
+  else if constexpr (Kind == StepKind::Multiply)
+    return {p.r * low, p.g * low, p.b * low};
+  else if constexpr (Kind == StepKind::Clamp)
+    return {clamp(p.r, low, high), clamp(p.g, low, high), clamp(p.b, low, high)};
+  else if constexpr (Kind == StepKind::SoftClip)
+    return softClip(step.softClip, p);
+  else if constexpr (Kind == StepKind::ToLab)
+    return labFromXyz(step.labForm, p);
+  else if constexpr (Kind == StepKind::FromLab)
+    return xyzFromLab(step.labForm, p);
+  else if constexpr (Kind == StepKind::Compress)
+    return compressRange(step.luminance, p);
+  else if constexpr (Kind == StepKind::Expand)
+    return expandRange(step.luminance, p);
+  else if constexpr (Kind == StepKind::RgbToLuma)
+    return lumaFromRgb(p);
+  else
+    return rgbFromLuma(p);
+}
+
+#ifndef MORVELLAN_TARGET_IS_CUDA
+
+struct Block
+{
+  // A row of a crop may end anywhere in a run, and its last lanes are written before the next row's first.
+  alignas(64) float r[runLength + lanes];
+  alignas(64) float g[runLength + lanes];
+  alignas(64) float b[runLength + lanes];
+  alignas(64) float a[runLength + lanes];
+};
+
+MORVELLAN_INLINE Rgb loadBlock(const Block& block, int i)
+{
+  return {load(block.r + i), load(block.g + i), load(block.b + i)};
+}
+
+MORVELLAN_INLINE void storeBlock(Block& block, int i, Rgb p)
+{
+  store(block.r + i, p.r);
+  store(block.g + i, p.g);
+  store(block.b + i, p.b);
+}
+
+struct DecodeBlock
+{
+  const Decoding& decoding;
+  Block& block;
+  int count;
+
+  template <typename C>
+  MORVELLAN_INLINE void operator()(C) const
+  {
+    const Decoding local = decoding;
+    for (int i = 0; i < count; i += lanes)
+      storeBlock(block, i, detail::decodeCurve<C>(local, loadBlock(block, i)));
+  }
+};
+
+struct EncodeBlock
+{
+  const Encoding& encoding;
+  Block& block;
+  int count;
+
+  template <typename C>
+  MORVELLAN_INLINE void operator()(C) const
+  {
+    const Encoding local = encoding;
+    for (int i = 0; i < count; i += lanes)
+      storeBlock(block, i, detail::encodeCurve<C>(local, loadBlock(block, i)));
+  }
+};
+
+template <StepKind Kind>
+void applyToBlock(const Step& step, Block& block, int count)
+{
+  const Step local = step;
+  for (int i = 0; i < count; i += lanes)
+    storeBlock(block, i, applyStep<Kind>(local, loadBlock(block, i)));
+}
+
+void apply(const Step& step, Block& block, int count)
+{
+  switch (step.kind)
+  {
+  case StepKind::Decode:
+    return withCurve(step.decoding.curve, DecodeBlock{step.decoding, block, count});
+  case StepKind::Encode:
+    return withCurve(step.encoding.curve, EncodeBlock{step.encoding, block, count});
+  case StepKind::Matrix:
+    return applyToBlock<StepKind::Matrix>(step, block, count);
+  case StepKind::Add:
+    return applyToBlock<StepKind::Add>(step, block, count);
+  case StepKind::Multiply:
+    return applyToBlock<StepKind::Multiply>(step, block, count);
+  case StepKind::Clamp:
+    return applyToBlock<StepKind::Clamp>(step, block, count);
+  case StepKind::SoftClip:
+    return applyToBlock<StepKind::SoftClip>(step, block, count);
+  case StepKind::ToLab:
+    return applyToBlock<StepKind::ToLab>(step, block, count);
+  case StepKind::FromLab:
+    return applyToBlock<StepKind::FromLab>(step, block, count);
+  case StepKind::Compress:
+    return applyToBlock<StepKind::Compress>(step, block, count);
+  case StepKind::Expand:
+    return applyToBlock<StepKind::Expand>(step, block, count);
+  case StepKind::RgbToLuma:
+    return applyToBlock<StepKind::RgbToLuma>(step, block, count);
+  case StepKind::LumaToRgb:
+    return applyToBlock<StepKind::LumaToRgb>(step, block, count);
+  }
+}
+
+struct colour_program
+{
+  const Program& program;
+
+  void operator()(ptrdiff_t first, int count) const
+  {
+    if (isIdle(program))
+      return;
+    Block block;
+    if (program.from == From::Crop)
+      readCrop(block, first, count);
+    else
+      readStretch(block, 0, count, first, first);
+    for (int s = 0; s < program.stepCount; ++s)
+      apply(program.steps[s], block, count);
+    for (int i = 0; i < count; i += lanes)
+    {
+      const Rgb p = loadBlock(block, i);
+      write(program, first + i, {p.r, p.g, p.b, load(block.a + i)});
+    }
+    if (program.to == To::SelfAndCompanion)
+      for (ptrdiff_t i = first; i < first + count; ++i)
+        program.companion[i * program.floatsOut] = 0.0f;
+  }
+
+private:
+  // Pixels [begin, end) of the run, which stand together in the frame that is read.
+  void readStretch(Block& block, int begin, int end, ptrdiff_t from, ptrdiff_t to) const
+  {
+    for (int i = begin; i < end; i += lanes)
+    {
+      const Rgba p = read(program, from + (i - begin), to + (i - begin));
+      storeBlock(block, i, {p.r, p.g, p.b});
+      store(block.a + i, p.a);
+    }
+  }
+
+  void readCrop(Block& block, ptrdiff_t first, int count) const
+  {
+    for (int i = 0; i < count;)
+    {
+      const ptrdiff_t y = (first + i) / program.width;
+      const ptrdiff_t x = (first + i) % program.width;
+      const ptrdiff_t left = program.width - x;
+      const int end = left < count - i ? i + static_cast<int>(left) : count;
+      readStretch(block, i, end, (y + program.offsetY) * program.sourceWidth + x + program.offsetX, first + i);
+      i = end;
+    }
+  }
+};
+
+#else
+
+MORVELLAN_INLINE Rgb apply(const Step& step, Rgb p)
+{
+  switch (step.kind)
+  {
+  case StepKind::Decode:
+    return decode(step.decoding, p);
+  case StepKind::Encode:
+    return encode(step.encoding, p);
+  case StepKind::Matrix:
+    return applyStep<StepKind::Matrix>(step, p);
+  case StepKind::Add:
+    return applyStep<StepKind::Add>(step, p);
+  case StepKind::Multiply:
+    return applyStep<StepKind::Multiply>(step, p);
+  case StepKind::Clamp:
+    return applyStep<StepKind::Clamp>(step, p);
+  case StepKind::SoftClip:
+    return applyStep<StepKind::SoftClip>(step, p);
+  case StepKind::ToLab:
+    return applyStep<StepKind::ToLab>(step, p);
+  case StepKind::FromLab:
+    return applyStep<StepKind::FromLab>(step, p);
+  case StepKind::Compress:
+    return applyStep<StepKind::Compress>(step, p);
+  case StepKind::Expand:
+    return applyStep<StepKind::Expand>(step, p);
+  case StepKind::RgbToLuma:
+    return applyStep<StepKind::RgbToLuma>(step, p);
+  default:
+    return applyStep<StepKind::LumaToRgb>(step, p);
+  }
+}
+
+struct colour_program
+{
+  Program program;
+
+  MORVELLAN_KERNEL void operator()(ptrdiff_t first, int) const
+  {
+    if (isIdle(program))
+      return;
+    ptrdiff_t from = first;
+    if (program.from == From::Crop)
+      from = (first / program.width + program.offsetY) * program.sourceWidth + first % program.width + program.offsetX;
+    const Rgba pixel = read(program, from, first);
+    Rgb p{pixel.r, pixel.g, pixel.b};
+    for (int s = 0; s < program.stepCount; ++s)
+      p = apply(program.steps[s], p);
+    write(program, first, {p.r, p.g, p.b, pixel.a});
+    if (program.to == To::SelfAndCompanion)
+      program.companion[first * program.floatsOut] = 0.0f;
+  }
+};
+
+#endif
+
+}  // namespace
+
+void runProgram(const Queue& queue, std::string_view name, const Program& program)
+{
+  launchNamed(queue, name, runs(program.width, program.height), colour_program{program});
+}
+
+}  // namespace morvellan::MORVELLAN_TARGET
