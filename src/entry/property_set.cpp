@@ -38,6 +38,14 @@ void checkSet(OfxStatus status, const char* type, const char* name, int index, c
 }
 
 template <class Value>
+void warnSet(OfxStatus status, const char* type, const char* name, int index, const Value& value)
+{
+  if (status != kOfxStatOK)
+    Log::warning("Failed on setting {} property {}[{}] to {}, host returned status {};", type, name, index, value,
+                 statusName(status));
+}
+
+template <class Value>
 std::optional<Value> optionalResult(OfxStatus status, const char* type, const char* name, int index, Value value)
 {
   if (status == kOfxStatOK)
@@ -127,6 +135,16 @@ std::optional<std::string> PropertySet::findString(const char* name, int index) 
   const char* value = nullptr;
   const OfxStatus status = suites().property->propGetString(handle_, name, index, &value);
   return optionalResult(status, "string", name, index, std::string(value != nullptr ? value : ""));
+}
+
+void PropertySet::trySetInt(const char* name, int value, int index) const
+{
+  warnSet(suites().property->propSetInt(handle_, name, index, value), "int", name, index, value);
+}
+
+void PropertySet::trySetString(const char* name, const std::string& value, int index) const
+{
+  warnSet(suites().property->propSetString(handle_, name, index, value.c_str()), "string", name, index, value);
 }
 
 }  // namespace OFX

@@ -35,6 +35,9 @@ public:
   std::optional<int> findInt(const char* name, int index = 0) const;
   std::optional<double> findDouble(const char* name, int index = 0) const;
   std::optional<std::string> findString(const char* name, int index = 0) const;
+  // For extensions; a refusal is logged and no more.
+  void trySetInt(const char* name, int value, int index = 0) const;
+  void trySetString(const char* name, const std::string& value, int index = 0) const;
 
 private:
   OfxPropertySetHandle handle_ = nullptr;

@@ -10,6 +10,8 @@ inline constexpr const char* kNatronOfxParamPropChoiceCascading = "NatronOfxPara
 inline constexpr const char* kNatronOfxImageEffectPropProjectId = "NatronOfxImageEffectPropProjectId";
 inline constexpr const char* kNatronOfxImageEffectPropInstanceId = "NatronOfxImageEffectPropInstanceId";
 inline constexpr const char* kNatronOfxPropDescriptionIsMarkdown = "NatronOfxPropDescriptionIsMarkdown";
+// Where the next parameter stands: 1 below a divider, 2 on the same line.
+inline constexpr const char* kOfxParamPropLayoutHint = "OfxParamPropLayoutHint";
 
 
 }  // extern "C"

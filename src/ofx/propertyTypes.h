@@ -24,7 +24,7 @@ struct PropertyFact
   int dimension;  // 0: any number of values
 };
 
-inline constexpr std::array<PropertyFact, 162> propertyFacts{{
+inline constexpr std::array<PropertyFact, 163> propertyFacts{{
     {"OfxPropAPIVersion", PropertyType::Int, 0},
     {"OfxPropTime", PropertyType::Double, 1},
     {"OfxPropIsInteractive", PropertyType::Int, 1},
@@ -182,6 +182,7 @@ inline constexpr std::array<PropertyFact, 162> propertyFacts{{
     {"OfxParametricParamCustomInterpCurveIndex", PropertyType::Int, 1},
     {"OfxParamParametricInterpolationCustomInterpCallbackV1", PropertyType::Pointer, 1},
     {"NatronOfxParamPropChoiceCascading", PropertyType::Int, 1},
+    {"OfxParamPropLayoutHint", PropertyType::Int, 1},
     {"OfxParamPropParametricIsPeriodic", PropertyType::Int, 1},
     {"OfxImageClipPropFormat", PropertyType::Int, 4},
     {"OfxImageEffectPropCanDistort", PropertyType::Int, 1},

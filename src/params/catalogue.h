@@ -66,7 +66,7 @@ struct Param
   std::optional<Range> displayRange;  // Double and Integer (equal to range) and Rgb (each channel the same)
   std::optional<int> digits;
   std::optional<double> increment;
-  std::span<const Option> options;  // Choice only; empty for the GPU list, which gpuOptions() fills
+  std::span<const Option> options;  // Choice only; empty for the device choice, which discovery fills
 
   Animates animates = Animates::HostDefault;
   Hidden hidden = Hidden::No;
@@ -78,7 +78,7 @@ struct Param
 // The one page, which takes every entry of the catalogue as a child, in the catalogue's order.
 inline constexpr std::string_view pageName = "Controls";
 
-// The choice whose options are the devices of this machine (gpuOptions).
+// The choice whose options are the devices of this machine.
 inline constexpr std::string_view gpuChoice = "NatronGPU";
 
 // Every group and parameter in page order. Built once, on first use; the elements live as long as the process.
@@ -89,17 +89,4 @@ const Param* find(std::string_view name);
 
 // By name. Throws std::out_of_range for a name that the catalogue does not hold.
 const Param& at(std::string_view name);
-
-// One usable GPU, as the discovery found it.
-struct GpuListing
-{
-  std::string name;
-  std::string deviceText;  // the further device text, such as the display state
-  int pciDomain = 0;
-  int pciBus = 0;
-  int pciDevice = 0;
-};
-
-// The four entries of the GPU choice. Slots without a device say so and keep their place in the list.
-std::vector<Option> gpuOptions(std::span<const GpuListing> gpus);
 }  // namespace morvellan::params

@@ -298,21 +298,4 @@ std::span<const Option> resolutions()
   }();
   return list;
 }
-
-std::vector<Option> gpuOptions(std::span<const GpuListing> gpus)
-{
-  constexpr std::array<std::string_view, 4> slots{"1st", "2cd", "3rd", "4th"};
-  std::vector<Option> list;
-  for (std::size_t i = 0; i < slots.size(); ++i)
-  {
-    if (i < gpus.size())
-      list.push_back(
-          {gpus[i].name, fmt::format(" {}, {}, PCIe Dom:{:x}-Bus:{:x}-Id:{:x} (Hex)", gpus[i].name, gpus[i].deviceText,
-                                     gpus[i].pciDomain, gpus[i].pciBus, gpus[i].pciDevice)});
-    else
-      list.push_back({fmt::format("{} GPU unavailable", slots[i]),
-                      fmt::format(" This machine has no {} GPU that Morvellan can use", slots[i])});
-  }
-  return list;
-}
 }  // namespace morvellan::params

@@ -161,17 +161,5 @@ TEST(Choices, Stocks)
   EXPECT_TRUE(printStocks()[1].hint.ends_with("created | edited | saved through Morvellan"));
   EXPECT_EQ(cameraStocks()[0].hint, "Bypass Cine Film Stock Profile");
 }
-
-TEST(Choices, GpuListFillsFourSlots)
-{
-  const std::vector<GpuListing> gpus{{"Big GPU", "Display connected", 0, 0x17, 0}, {"Small GPU", "TCC", 1, 0xaf, 2}};
-  const std::vector<Option> options = gpuOptions(gpus);
-  EXPECT_THAT(labels(options), ElementsAre("Big GPU", "Small GPU", "3rd GPU unavailable", "4th GPU unavailable"));
-  EXPECT_EQ(options[1].hint, " Small GPU, TCC, PCIe Dom:1-Bus:af-Id:2 (Hex)");
-  EXPECT_NE(options[3].hint.find("no 4th GPU"), std::string::npos);
-  EXPECT_EQ(labels(gpuOptions({})).front(), "1st GPU unavailable");
-  const std::vector<GpuListing> many(6, GpuListing{"GPU", "", 0, 0, 0});
-  EXPECT_EQ(gpuOptions(many).size(), 4u);
-}
 }  // namespace
 }  // namespace morvellan::params

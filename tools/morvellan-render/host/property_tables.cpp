@@ -98,6 +98,7 @@ void defineKindProperties(PropertySet& set, ParamKind kind)
   {
   case ParamKind::Choice:
     set.define(kOfxParamPropChoiceOption, writable, Strings{});
+    set.define(kOfxParamPropChoiceLabelOption, writable, Strings{});
     set.define(kNatronOfxParamPropChoiceCascading, writable, Ints{0});
     break;
   case ParamKind::StrChoice:
@@ -277,6 +278,7 @@ void defineParamProperties(PropertySet& set, ParamKind kind, const std::string& 
   set.define(kOfxPropName, readOnly, Strings{name});
   set.define(kOfxParamPropType, readOnly, Strings{factsOf(kind).type});
   set.define(kOfxParamPropSecret, writable, Ints{0});
+  set.define(kOfxParamPropLayoutHint, writable, Ints{0});
   set.define(kOfxParamPropEnabled, writable, Ints{1});
   set.define(kOfxParamPropHint, writable, Strings{""});
   set.define(kOfxParamPropScriptName, writable, Strings{name});

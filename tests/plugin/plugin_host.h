@@ -1,0 +1,87 @@
+// The real plug-in on the strict host, with a configuration folder of the test's own.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+#include "tests/host/strict_host.h"
+
+namespace morvellan::test
+{
+
+/// A folder that lives as long as the object, holding a good configuration file unless told otherwise.
+class ConfigFolder
+{
+public:
+  static constexpr const char* firstLine = "Natron GPU selection(0,1,2,3)----------|";
+  static constexpr const char* secondLine = "Film Grain Depth(0,1,2,3,4,5,6,7)------|";
+
+  explicit ConfigFolder(const std::optional<std::string>& content = text(0, 0))
+      : folder_(std::filesystem::temp_directory_path() /
+                ("morvellan-config-" + std::to_string(::getpid()) + "-" + std::to_string(count()++)))
+  {
+    std::filesystem::create_directories(folder_);
+    if (content)
+      std::ofstream(file()) << *content;
+  }
+  ~ConfigFolder() { std::filesystem::remove_all(folder_); }
+  ConfigFolder(const ConfigFolder&) = delete;
+  ConfigFolder& operator=(const ConfigFolder&) = delete;
+
+  static std::string text(int selection, int depth)
+  {
+    return firstLine + std::to_string(selection) + "\n" + secondLine + std::to_string(depth) + "\n";
+  }
+  const std::filesystem::path& path() const { return folder_; }
+  std::filesystem::path file() const { return folder_ / "morvellan_natron_gpu_config.txt"; }
+  std::string content() const
+  {
+    std::ostringstream all;
+    all << std::ifstream(file()).rdbuf();
+    return all.str();
+  }
+
+private:
+  static int& count()
+  {
+    static int number = 0;
+    return number;
+  }
+  std::filesystem::path folder_;
+};
+
+/// `device` is the value of MORVELLAN_DEVICE.
+inline StrictOptions pluginOptions(const ConfigFolder& folder, const std::string& device)
+{
+  StrictOptions options;
+  options.environment["MORVELLAN_CONFIG_DIR"] = folder.path().string();
+  options.environment["MORVELLAN_DEVICE"] = device;
+  return options;
+}
+
+/// The texts of messages, oldest first.
+inline std::vector<std::string> textsOf(const std::vector<host::Message>& messages)
+{
+  std::vector<std::string> texts;
+  for (const host::Message& message : messages)
+    texts.push_back(message.text);
+  return texts;
+}
+
+/// The plug-in loaded, on the software device unless told otherwise.
+class PluginTest : public testing::Test
+{
+protected:
+  explicit PluginTest(const std::string& device = "cpu") : host_(MORVELLAN_BUNDLE, pluginOptions(folder_, device)) {}
+
+  ConfigFolder folder_;
+  StrictHost host_;
+};
+
+}  // namespace morvellan::test
