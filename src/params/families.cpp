@@ -20,6 +20,7 @@ std::array<std::string, 3> channelNames(std::string_view stem)
 std::vector<std::string> colourNames(const Axis& axis)
 {
   std::vector<std::string> names;
+  names.reserve(colours.size());
   for (const std::string_view colour : colours)
     names.push_back(joined(axis.word, colour));
   return names;

@@ -15,6 +15,7 @@ namespace
 std::vector<HueSwatch> makeSwatches()
 {
   std::vector<HueSwatch> made;
+  made.reserve(axes.size() + refineWords.size());
   for (const Axis& axis : axes)
     made.push_back({joined(axis.shortWord, "Swatch"), {joined(axis.word, "CustomHue")}});
   for (const std::string_view word : refineWords)

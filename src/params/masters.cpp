@@ -91,11 +91,6 @@ std::vector<double> channelValues(const ParamAccess& access, const Master& maste
   return values;
 }
 
-double mean(std::span<const double> values)
-{
-  return std::accumulate(values.begin(), values.end(), 0.0) / static_cast<double>(values.size());
-}
-
 void writeMean(ParamAccess& access, const Master& master)
 {
   writeDerived(access, master.name, mean(channelValues(access, master)));
@@ -114,6 +109,11 @@ std::span<const Master> masters()
 {
   static const std::vector<Master> all = makeMasters();
   return all;
+}
+
+double mean(std::span<const double> values)
+{
+  return std::accumulate(values.begin(), values.end(), 0.0) / static_cast<double>(values.size());
 }
 
 std::vector<double> carried(const Master& master, std::span<const double> channels, double value)

@@ -25,6 +25,9 @@ struct Master
 // Every master of the page.
 std::span<const Master> masters();
 
+// What a master is of its channels.
+double mean(std::span<const double> values);
+
 // Where channels go when their master is set to value: each moves by the master's distance from their mean, and what a
 // channel would overshoot is carried to the others, half of it to each.
 std::vector<double> carried(const Master& master, std::span<const double> channels, double value);

@@ -73,7 +73,7 @@ void addControls(Page& page)
 // Whether a family or vector is active for the stock, and its zone selection.
 void addIndices(Page& page)
 {
-  const auto index = [&](std::string name, int value, double max, std::string_view hint) {
+  const auto index = [&](const std::string& name, int value, double max, std::string_view hint) {
     page.integer(name, value, {0.0, max}, name, fmt::format("Print {}", hint));
   };
   for (const Axis& axis : axes)

@@ -43,16 +43,14 @@ void writeNeutralStore(ParamAccess& access)
   write(access, "PrintFilmicSlope", 0.0);
 }
 
-// The print points when the print side has no stock of its own. Without any stock the tone set of such a page is
-// written with them, unless the print stock is the custom one.
+// The print points when the print side has no stock of its own; a bypassed Soup counts as a custom camera stock.
+// Without any stock the tone set of such a page is written with them, unless the print stock is the custom one.
 void writeCameraPoints(ParamAccess& access, bool withTone)
 {
-  const int camera = indexOf(access, "CameraStock");
-  if (isOn(access, "SoupBypass") || camera == customStock)
-    writePoints(access, plainPoints);
-  else if (camera >= firstStock)
+  const int camera = isOn(access, "SoupBypass") ? customStock : indexOf(access, "CameraStock");
+  if (camera >= firstStock)
     writePoints(access, stockPoints);
-  else if (withTone)
+  else if (camera == noStock && withTone)
     writeNoStockTone(access);
   else
     writePoints(access, plainPoints);

@@ -199,12 +199,16 @@ constexpr std::array rowTable{
     PrintRow{"PrintCurveShadowRed", {0.289, 0.26, 0.328, 0.281, 0.289, 0.26, 0.328, 0.281}},
     PrintRow{"PrintCurveShadowGreen", {0.287, 0.259, 0.322, 0.3, 0.287, 0.259, 0.322, 0.3}},
     PrintRow{"PrintCurveShadowBlue", {0.266, 0.238, 0.231, 0.273, 0.266, 0.238, 0.231, 0.273}},
-    PrintRow{"PrintCurveShadow", {0.2806666666, 0.2523333333, 0.29366666, 0.2846666666, 0.2806666666, 0.2523333333, 0.29366666, 0.2846666666}},
+    PrintRow{
+        "PrintCurveShadow",
+        {0.2806666666, 0.2523333333, 0.29366666, 0.2846666666, 0.2806666666, 0.2523333333, 0.29366666, 0.2846666666}},
     PrintRow{"PrintCurveHighlightPivot", {0.274, 0.27, 0.259, 0.235, 0.274, 0.27, 0.259, 0.235}},
     PrintRow{"PrintCurveHighlightRed", {0.205, 0.248, 0.241, 0.364, 0.205, 0.248, 0.241, 0.364}},
     PrintRow{"PrintCurveHighlightGreen", {0.394, 0.344, 0.315, 0.384, 0.394, 0.344, 0.315, 0.384}},
     PrintRow{"PrintCurveHighlightBlue", {0.293, 0.187, 0.306, 0.339, 0.293, 0.187, 0.306, 0.339}},
-    PrintRow{"PrintCurveHighlight", {0.2973333333, 0.259666666, 0.287333333, 0.36233333333, 0.2973333333, 0.259666666, 0.287333333, 0.36233333333}},
+    PrintRow{
+        "PrintCurveHighlight",
+        {0.2973333333, 0.259666666, 0.287333333, 0.36233333333, 0.2973333333, 0.259666666, 0.287333333, 0.36233333333}},
     PrintRow{"PrintFilmicPivot", {0.14, 0.192, 0.086, 0.207, 0.14, 0.192, 0.086, 0.207}},
     PrintRow{"PrintBlackRed", {-0.688, -0.688, -0.704, -0.738, -0.688, -0.688, -0.704, -0.738}},
     PrintRow{"PrintBlackGreen", {-0.688, -0.688, -0.704, -0.738, -0.688, -0.688, -0.704, -0.738}},
@@ -228,14 +232,20 @@ constexpr std::array<PrintConstants, printStockCount> constantsTable{{
     {-0.704, 0.747, 0.086, 0.626, 0.766, 1.311806798815073},
     {-0.738, 0.752, 0.207, 0.656, 0.752, 1.310335559076505},
 }};
+}  // namespace
+
+std::span<const Setting> printCommon()
+{
+  return commonTable;
 }
 
-std::span<const Setting> printCommon() { return commonTable; }
-
-std::span<const PrintRow> printRows() { return rowTable; }
+std::span<const PrintRow> printRows()
+{
+  return rowTable;
+}
 
 const PrintConstants& printConstants(int stock)
 {
   return constantsTable.at(static_cast<std::size_t>(stock - firstStock));
 }
-}
+}  // namespace morvellan::params
