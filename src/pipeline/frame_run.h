@@ -5,6 +5,7 @@
 #include <array>
 #include <vector>
 
+#include "colour/soft_clip.h"
 #include "device/memory.h"
 #include "device/queue.h"
 #include "film/laboratory.h"
@@ -40,6 +41,7 @@ private:
   void pad(const Step& step);
 
   float* frame(Slot slot);
+  SoftClip softClip(ClipFields fields) const;
   void needPlanes();
   size_t pixelCount() const { return static_cast<size_t>(width) * static_cast<size_t>(height); }
   bool fourChannels() const { return params.channelCount == 4; }
@@ -54,8 +56,7 @@ private:
 
   Buffer<float> frameA, frameB, scratchPlane, cropped, output;
   std::array<Buffer<float>, 4> planes;  // red, green, blue, alpha
-  Buffer<float> resampled;              // what the enhancer reads
-  int resampledWidth = 0, resampledHeight = 0;
+  Buffer<float> resampled;              // host memory, what the enhancer reads
   LabPlanes labPlanes;
 };
 
