@@ -1,11 +1,14 @@
 // The render action: the two images are fetched and judged, the parameters captured, and the frame sent its way.
 #include <algorithm>
+#include <cstdio>
 
 #include "entry/exceptions.h"
 #include "entry/frame_images.h"
 #include "entry/morvellan_plugin.h"
 #include "entry/pixel_processor.h"
 #include "pipeline/host/capture.h"
+#include "pipeline/host/engine.h"
+#include "pipeline/host/trace.h"
 
 namespace morvellan
 {
@@ -83,8 +86,24 @@ void MorvellanPlugin::renderFrame(double time, const OFX::Image& source, const O
 
   if (outcome.route == FrameRoute::untouched)
     return;
-  // The pipelines are not linked yet: every other route passes the frame through.
-  copyByCoordinates(from, to);
+  const Engine* engine = renderingEngine();
+  if (outcome.route == FrameRoute::copy || !engine)
+  {
+    copyByCoordinates(from, to);
+    return;
+  }
+  const SourceFrame sourceFrame(from, to);
+  TargetFrame targetFrame(to);
+  Trace trace;
+  const bool traced = Trace::wanted();
+  engine->render({.route = outcome.route,
+                  .source = sourceFrame.pixels(),
+                  .destination = targetFrame.pixels(),
+                  .params = params_,
+                  .trace = traced ? &trace : nullptr});
+  targetFrame.finish();
+  if (traced)
+    std::fputs(trace.text().c_str(), stderr);
 }
 
 }  // namespace morvellan

@@ -2,6 +2,8 @@
 // frame_run_film.cpp, frame_run_grain.cpp and frame_run_resample.cpp.
 #include "pipeline/frame_run.h"
 
+#include <stdexcept>
+
 #include "colour/colour_kernels.h"
 #include "device/launch.h"
 #include "pipeline/host/geometry.h"
@@ -12,9 +14,9 @@ namespace morvellan::MORVELLAN_TARGET
 {
 
 FrameRun::FrameRun(const RenderJob& request)
-    : job(request), params(request.params), plan(planFrame(request.route, request.params)),
-      queue{.device = request.params.gpuRed, .observer = request.trace}, width(request.params.frameWidth),
-      height(request.params.frameHeight)
+    : job(request), params(request.params),
+      plan(planFrame(request.route, request.params)), queue{.device = request.params.gpuRed, .observer = request.trace},
+      width(request.params.frameWidth), height(request.params.frameHeight)
 {
 }
 
@@ -33,35 +35,31 @@ void FrameRun::run()
 
 void FrameRun::runStep(const Step& step)
 {
-  switch (step.op)
+  switch (step.work)
   {
-  case Op::Upload:
+  case Work::Upload:
     return upload(step);
-  case Op::Colour:
+  case Work::Colour:
     return colour(step);
-  case Op::Halation:
+  case Work::Halation:
     return halation();
-  case Op::Bands:
+  case Work::Bands:
     return bands(step);
-  case Op::Lab:
-    return lab(step);
-  case Op::Soup:
-    return soup(step);
-  case Op::Print:
-    return print(step);
-  case Op::Render:
-    return render();
-  case Op::Expand:
-    return expand(step);
-  case Op::Resample:
+  case Work::Lab:
+  case Work::Soup:
+  case Work::Print:
+  case Work::Render:
+  case Work::Expand:
+    throw std::runtime_error("the film stages are not built in");
+  case Work::Resample:
     return resample(step);
-  case Op::Enhance:
+  case Work::Enhance:
     return enhance();
-  case Op::Clear:
+  case Work::Clear:
     return clear(step);
-  case Op::Pad:
+  case Work::Pad:
     return pad(step);
-  case Op::Download:
+  case Work::Download:
     return download(step);
   }
 }
@@ -96,7 +94,8 @@ void FrameRun::needPlanes()
 
 void FrameRun::upload(const Step& step)
 {
-  copy(frame(step.to), job.source, pixelCount() * static_cast<size_t>(step.channels) * sizeof(float), CopyKind::Default);
+  copy(frame(step.to), job.source, pixelCount() * static_cast<size_t>(step.channels) * sizeof(float),
+       CopyKind::Default);
 }
 
 void FrameRun::download(const Step& step)
@@ -146,8 +145,7 @@ SoftClip FrameRun::softClip(ClipFields fields) const
     return {params.cameraHighlightCeiling, params.cameraHighlightRecover, params.cameraShadowCeiling,
             params.cameraShadowRecover};
   case ClipFields::Soup:
-    return {params.soupHighlightCeiling, params.soupHighlightCompress, params.soupShadowFloor,
-            params.soupShadowExpand};
+    return {params.soupHighlightCeiling, params.soupHighlightCompress, params.soupShadowFloor, params.soupShadowExpand};
   case ClipFields::None:
     break;
   }

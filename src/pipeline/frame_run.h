@@ -8,7 +8,6 @@
 #include "colour/soft_clip.h"
 #include "device/memory.h"
 #include "device/queue.h"
-#include "film/laboratory.h"
 #include "pipeline/host/engine.h"
 #include "pipeline/host/plan.h"
 
@@ -30,11 +29,6 @@ private:
   void colour(const Step& step);
   void halation();
   void bands(const Step& step);
-  void lab(const Step& step);
-  void soup(const Step& step);
-  void print(const Step& step);
-  void render();
-  void expand(const Step& step);
   void resample(const Step& step);
   void enhance();
   void clear(const Step& step);
@@ -57,7 +51,6 @@ private:
   Buffer<float> frameA, frameB, scratchPlane, cropped, output;
   std::array<Buffer<float>, 4> planes;  // red, green, blue, alpha
   Buffer<float> resampled;              // host memory, what the enhancer reads
-  LabPlanes labPlanes;
 };
 
 }  // namespace morvellan::MORVELLAN_TARGET

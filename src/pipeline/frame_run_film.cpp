@@ -4,19 +4,19 @@
 #include "film/halation.h"
 #include "film/pitch.h"
 #include "pipeline/frame_run.h"
-#include "pipeline/look_settings.h"
 
 namespace morvellan::MORVELLAN_TARGET
 {
 
 void FrameRun::halation()
 {
-  MORVELLAN_TARGET::halation(queue, frameA.data(), frameB.data(), width, height, 4,
-                             {.breadth = params.halationBreadth,
-                              .saturation = params.halationSaturation,
-                              .amount = {params.halationCyanRed, params.halationMagentaGreen, params.halationYellowBlue},
-                              .keep = {params.halationKeepRed, params.halationKeepGreen, params.halationKeepBlue},
-                              .inputGamut = params.inputGamut});
+  MORVELLAN_TARGET::halation(
+      queue, frameA.data(), frameB.data(), width, height, 4,
+      {.breadth = params.halationBreadth,
+       .saturation = params.halationSaturation,
+       .amount = {params.halationCyanRed, params.halationMagentaGreen, params.halationYellowBlue},
+       .keep = {params.halationKeepRed, params.halationKeepGreen, params.halationKeepBlue},
+       .inputGamut = params.inputGamut});
 }
 
 void FrameRun::bands(const Step& step)
@@ -24,8 +24,7 @@ void FrameRun::bands(const Step& step)
   scratchPlane = Buffer<float>(pixelCount());
   const PitchGains gains{params.sopranoPitchGain, params.mezzoSopranoPitchGain, params.altoPitchGain,
                          params.tenorPitchGain,   params.baritonePitchGain,     params.bassPitchGain};
-  const float* result =
-      pitchBands(queue, frame(step.from), frame(step.to), scratchPlane.data(), width, height, gains);
+  const float* result = pitchBands(queue, frame(step.from), frame(step.to), scratchPlane.data(), width, height, gains);
   // The plan has the result in the second frame; the cascade leaves it where it is cheapest.
   if (result == frame(step.from))
     std::swap(frameA, frameB);

@@ -2,6 +2,7 @@
 // pass, up again, and the enhancer's vertical pass on the device.
 #include <vector>
 
+#include "device/launch.h"
 #include "film/splash.h"
 #include "pipeline/frame_run.h"
 #include "pipeline/host/enhancer.h"
@@ -36,8 +37,8 @@ Buffer<T> onDevice(const std::vector<T>& values)
 
 void FrameRun::resample(const Step& step)
 {
-  const ImageSize from = step.from == Slot::Cropped ? ImageSize{params.sourceWidth, params.sourceHeight}
-                                                    : ImageSize{width, height};
+  const ImageSize from =
+      step.from == Slot::Cropped ? ImageSize{params.sourceWidth, params.sourceHeight} : ImageSize{width, height};
   const ImageSize to = resampledSize(params);
   const float* source = frame(step.from);
   Buffer<float> hostStaging;
@@ -54,7 +55,7 @@ void FrameRun::resample(const Step& step)
     resampled = pinnedImage(to);
   float* target = direct ? frame(step.to) : resampled.data();
   {
-    const detail::Watch watch(queue, step.kernel, to.width, to.height);
+    const LaunchWatch watch(queue, step.kernel, to.width, to.height);
     ResizeTBB resize;
     resize.prepare(packedImage(source, from), packedImage(target, to));
     resize.run();
@@ -79,7 +80,7 @@ void FrameRun::enhance()
     size.width = params.targetWidth;
     Buffer<float> walked = pinnedImage(size);
     {
-      const detail::Watch watch(queue, "horizontal", size.width, size.height);
+      const LaunchWatch watch(queue, "horizontal", size.width, size.height);
       enhanceHorizontally(packedImage<const float>(resampled.data(), from),
                           enhancerAxis(size.width, amounts.horizontal, params.m_table),
                           packedImage(walked.data(), size));
