@@ -2,8 +2,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "entry/host_description.h"
 #include "entry/morvellan_plugin.h"
 #include "gpu/reports.h"
+#include "ofx/ofxNatron.h"
 #include "params/choices.h"
 
 namespace morvellan
@@ -96,8 +98,12 @@ gpu::ClipFacts factsOf(const OFX::Clip& clip, double time)
                        .pixelAspectRatio = properties.findDouble(kOfxImagePropPixelAspectRatio).value_or(1.0),
                        .frameRate = properties.findDouble(kOfxImageEffectPropFrameRate).value_or(0.0),
                        .regionOfDefinition = {region.x1, region.y1, region.x2, region.y2}};
-  for (std::size_t i = 0; i < facts.format.size(); ++i)
-    facts.format[i] = properties.findInt("OfxImageClipPropFormat", static_cast<int>(i)).value_or(0);
+  // An extension; elsewhere the region says as much.
+  facts.format = facts.regionOfDefinition;
+  if (OFX::hostDescription() != nullptr && OFX::hostDescription()->isNatron)
+    for (std::size_t i = 0; i < facts.format.size(); ++i)
+      facts.format[i] =
+          properties.findInt(kOfxImageClipPropFormat, static_cast<int>(i)).value_or(static_cast<int>(facts.format[i]));
   for (std::size_t i = 0; i < facts.frameRange.size(); ++i)
     facts.frameRange[i] = properties.findDouble(kOfxImageEffectPropFrameRange, static_cast<int>(i)).value_or(0.0);
   return facts;

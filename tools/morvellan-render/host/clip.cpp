@@ -6,6 +6,7 @@
 #include "host/action_scope.h"
 #include "host/host.h"
 #include "host/property_tables.h"
+#include "ofx/ofxNatron.h"
 
 namespace morvellan::host
 {
@@ -60,6 +61,10 @@ Clip::Clip(Effect& effect, const Clip& described)
     : effect_(effect), name_(described.name_), properties_(fmt::format("clip {}", name_))
 {
   defineClipInstanceProperties(properties_, described.properties_);
+  if (Host::current().traits().natronExtensions)
+  {
+    properties_.define(kOfxImageClipPropFormat, Access::ReadOnly, std::vector<int>{0, 0, 0, 0});
+  }
 }
 
 void Clip::setFormat(Components components, Depth depth)
@@ -76,6 +81,14 @@ void Clip::setFrameRange(double first, double last)
   properties_.put(kOfxImageEffectPropUnmappedFrameRange, std::vector<double>{first, last});
 }
 
+void Clip::setPixelFrame(const OfxRectI& frame)
+{
+  if (properties_.has(kOfxImageClipPropFormat))
+  {
+    properties_.put(kOfxImageClipPropFormat, std::vector<int>{frame.x1, frame.y1, frame.x2, frame.y2});
+  }
+}
+
 void Clip::setSource(const Frame& frame)
 {
   setSource([frame](double) { return std::optional<Frame>(frame); });
@@ -83,6 +96,7 @@ void Clip::setSource(const Frame& frame)
   regionOfDefinition = OfxRectD{static_cast<double>(bounds.x1), static_cast<double>(bounds.y1),
                                 static_cast<double>(bounds.x2), static_cast<double>(bounds.y2)};
   setFormat(frame.layout().components, frame.layout().depth);
+  setPixelFrame(bounds);
 }
 
 }  // namespace morvellan::host

@@ -67,6 +67,7 @@ EffectInstance::EffectInstance(LoadedPlugin& plugin, const EffectDescriptor& des
     added.setPixelAspect(settings.pixelAspect);
     added.setConnected(added.isOutput() || settings.sourceConnected);
     added.regionOfDefinition = OfxRectD{0.0, 0.0, settings.projectSize.x, settings.projectSize.y};
+    added.setPixelFrame({0, 0, static_cast<int>(settings.projectSize.x), static_cast<int>(settings.projectSize.y)});
   }
   for (const auto& param : described.params().params())
   {
