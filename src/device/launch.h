@@ -87,22 +87,19 @@ constexpr std::string_view kernelName()
   }
 }
 
-namespace detail
-{
-
 // Times a launch for the queue's observer, if it has one.
-class Watch
+class LaunchWatch
 {
 public:
-  Watch(const Queue& queue, std::string_view kernel, int width, int height)
+  LaunchWatch(const Queue& queue, std::string_view kernel, int width, int height)
       : observer(queue.observer), kernel(kernel), width(width), height(height)
   {
     if (observer)
       start = std::chrono::steady_clock::now();
   }
-  Watch(const Watch&) = delete;
-  Watch& operator=(const Watch&) = delete;
-  ~Watch()
+  LaunchWatch(const LaunchWatch&) = delete;
+  LaunchWatch& operator=(const LaunchWatch&) = delete;
+  ~LaunchWatch()
   {
     if (!observer)
       return;
@@ -118,6 +115,9 @@ private:
   std::chrono::steady_clock::time_point start;
 };
 
+namespace detail
+{
+
 inline constexpr int flatBlock = 4096;  // pixels: a few of them keep a thread busy for microseconds
 
 }  // namespace detail
@@ -130,7 +130,7 @@ inline constexpr int runLength = 512;
 template <typename Kernel>
 void launchNamed(const Queue& queue, std::string_view name, Flat shape, const Kernel& kernel)
 {
-  const detail::Watch watch(queue, name, shape.width, shape.height);
+  const LaunchWatch watch(queue, name, shape.width, shape.height);
   const ptrdiff_t count = static_cast<ptrdiff_t>(shape.width) * shape.height;
   const ptrdiff_t blocks = (count + detail::flatBlock - 1) / detail::flatBlock;
   const Kernel local = kernel;
@@ -147,7 +147,7 @@ void launchNamed(const Queue& queue, std::string_view name, Flat shape, const Ke
 template <typename Kernel>
 void launchNamed(const Queue& queue, std::string_view name, Grid2d shape, const Kernel& kernel)
 {
-  const detail::Watch watch(queue, name, shape.width, shape.height);
+  const LaunchWatch watch(queue, name, shape.width, shape.height);
   const Kernel local = kernel;
   const int grain = shape.width > 0 ? 1 + detail::flatBlock / shape.width : 1;
   tbb::parallel_for(tbb::blocked_range<int>(0, shape.height, static_cast<size_t>(grain)),
@@ -166,7 +166,7 @@ void launchNamed(const Queue& queue, std::string_view name, Grid2d shape, const 
 template <typename Kernel>
 void launchNamed(const Queue& queue, std::string_view name, Runs shape, const Kernel& kernel)
 {
-  const detail::Watch watch(queue, name, shape.width, shape.height);
+  const LaunchWatch watch(queue, name, shape.width, shape.height);
   const ptrdiff_t count = static_cast<ptrdiff_t>(shape.width) * shape.height;
   const ptrdiff_t stretches = (count + runLength - 1) / runLength;
   const Kernel local = kernel;
@@ -185,7 +185,7 @@ void launchNamed(const Queue& queue, std::string_view name, Runs shape, const Ke
 template <typename Kernel>
 void launchNamed(const Queue& queue, std::string_view name, Lines shape, const Kernel& kernel)
 {
-  const detail::Watch watch(queue, name, shape.count, 1);
+  const LaunchWatch watch(queue, name, shape.count, 1);
   const Kernel local = kernel;
   const int groups = (shape.count + lanes - 1) / lanes;
   tbb::parallel_for(0, groups,
@@ -200,7 +200,7 @@ void launchNamed(const Queue& queue, std::string_view name, Lines shape, const K
 template <typename Kernel>
 void launchNamed(const Queue& queue, std::string_view name, Items shape, const Kernel& kernel)
 {
-  const detail::Watch watch(queue, name, shape.count, 1);
+  const LaunchWatch watch(queue, name, shape.count, 1);
   const Kernel local = kernel;
   tbb::parallel_for(0, shape.count, [&](int item) { local(item); });
 }
@@ -257,7 +257,7 @@ __global__ void runItems(Kernel kernel, int count)
 template <typename Kernel>
 void launchNamed(const Queue& queue, std::string_view name, Flat shape, const Kernel& kernel)
 {
-  const detail::Watch watch(queue, name, shape.width, shape.height);
+  const LaunchWatch watch(queue, name, shape.width, shape.height);
   const ptrdiff_t count = static_cast<ptrdiff_t>(shape.width) * shape.height;
   if (count > 0)
     detail::runFlat<<<static_cast<unsigned>((count + 255) / 256), 256>>>(kernel, count);
@@ -266,7 +266,7 @@ void launchNamed(const Queue& queue, std::string_view name, Flat shape, const Ke
 template <typename Kernel>
 void launchNamed(const Queue& queue, std::string_view name, Runs shape, const Kernel& kernel)
 {
-  const detail::Watch watch(queue, name, shape.width, shape.height);
+  const LaunchWatch watch(queue, name, shape.width, shape.height);
   const ptrdiff_t count = static_cast<ptrdiff_t>(shape.width) * shape.height;
   if (count > 0)
     detail::runStretch<<<static_cast<unsigned>((count + 255) / 256), 256>>>(kernel, count);
@@ -275,7 +275,7 @@ void launchNamed(const Queue& queue, std::string_view name, Runs shape, const Ke
 template <typename Kernel>
 void launchNamed(const Queue& queue, std::string_view name, Grid2d shape, const Kernel& kernel)
 {
-  const detail::Watch watch(queue, name, shape.width, shape.height);
+  const LaunchWatch watch(queue, name, shape.width, shape.height);
   const dim3 block(32, 8);
   const dim3 grid((shape.width + 31) / 32, (shape.height + 7) / 8);
   if (shape.width > 0 && shape.height > 0)
@@ -285,7 +285,7 @@ void launchNamed(const Queue& queue, std::string_view name, Grid2d shape, const 
 template <typename Kernel>
 void launchNamed(const Queue& queue, std::string_view name, Lines shape, const Kernel& kernel)
 {
-  const detail::Watch watch(queue, name, shape.count, 1);
+  const LaunchWatch watch(queue, name, shape.count, 1);
   if (shape.count > 0)
     detail::runLines<<<(shape.count + 63) / 64, 64>>>(kernel, shape.count);
 }
@@ -293,7 +293,7 @@ void launchNamed(const Queue& queue, std::string_view name, Lines shape, const K
 template <typename Kernel>
 void launchNamed(const Queue& queue, std::string_view name, Items shape, const Kernel& kernel)
 {
-  const detail::Watch watch(queue, name, shape.count, 1);
+  const LaunchWatch watch(queue, name, shape.count, 1);
   if (shape.count > 0)
     detail::runItems<<<(shape.count + 63) / 64, 64>>>(kernel, shape.count);
 }

@@ -52,9 +52,8 @@ MORVELLAN_INLINE Real log2Special(Real x, Real regular)
   return select(isRegular, regular, special);
 }
 
-// 2^n * 2^f for an integer n in [-126, 128] and f in [-1/2, 1/2]; minimax of degree 6, relative error 2e-9 before
-// rounding.
-MORVELLAN_INLINE Real exp2Pieces(Real n, Real f)
+// 2^f for f in [-1/2, 1/2]; minimax of degree 6, relative error 2e-9 before rounding.
+MORVELLAN_INLINE Real exp2Polynomial(Real f)
 {
   Real p = Real(0.00015353361899039797f);
   p = fma(p, f, Real(0.0013398874413801387f));
@@ -62,7 +61,13 @@ MORVELLAN_INLINE Real exp2Pieces(Real n, Real f)
   p = fma(p, f, Real(0.05550332471126446f));
   p = fma(p, f, Real(0.2402264791362873f));
   p = fma(p, f, Real(0.693147202855065f));
-  p = fma(p, f, Real(1.0f));
+  return fma(p, f, Real(1.0f));
+}
+
+// 2^n * 2^f for an integer n in [-126, 128] and f as above.
+MORVELLAN_INLINE Real exp2Pieces(Real n, Real f)
+{
+  const Real p = exp2Polynomial(f);
   // Half the power, twice: 2^128 has no float, 2^127 has.
   const Real half = realOfBits(shiftLeft<23>(toInt(n) + Int(126)));
   return (p + p) * half;
@@ -86,6 +91,24 @@ MORVELLAN_INLINE Real fast_exp2(Real x)
   const Real regular = detail::exp2Pieces(n, f);
   const Real low = select(x < Real(-125.0f), Real(0.0f), regular);
   return select(x >= Real(128.0f), realOfBits(Int(0x7f800000)), low);
+}
+
+// log2(x) of x that is 0 or a positive normal number; 0 gives -inf. What is not a number gives one. Errors as
+// fast_log2.
+MORVELLAN_INLINE Real log2Positive(Real x)
+{
+  const detail::SplitReal s = detail::splitExponent(x);
+  const Real regular = s.exponent + detail::log2OnePlus(s.fraction);
+  return select(x > Real(0.0f), regular, realOfBits(Int(static_cast<int>(0xff800000u))));
+}
+
+// 2^x of x at or below 0. Relative error at most 2.5e-7 down to -126; 0 below -126.5 and for NaN.
+MORVELLAN_INLINE Real exp2NotPositive(Real x)
+{
+  const Real bounded = max(x, Real(-127.0f));
+  const Real n = round(bounded);
+  // The exponent field of -127 is that of zero.
+  return detail::exp2Polynomial(bounded - n) * realOfBits(shiftLeft<23>(toInt(n) + Int(127)));
 }
 
 // x^y for x >= 0: 2^(y log2 x) with the exponent's share of the product kept exact, so that the relative error stays
@@ -155,6 +178,16 @@ MORVELLAN_INLINE Real fast_log2(Real x)
 MORVELLAN_INLINE Real fast_exp2(Real x)
 {
   return ::exp2f(x.v);
+}
+
+MORVELLAN_INLINE Real log2Positive(Real x)
+{
+  return fast_log2(x);
+}
+
+MORVELLAN_INLINE Real exp2NotPositive(Real x)
+{
+  return select(x > Real(-126.5f), fast_exp2(x), Real(0.0f));
 }
 
 MORVELLAN_INLINE Real fast_pow(Real x, Real y)

@@ -23,6 +23,13 @@ enum class MemoryKind
 void* allocate(MemoryKind kind, size_t bytes);
 void release(MemoryKind kind, void* memory) noexcept;
 
+// Whether the host may read and write device memory in place.
+#ifdef MORVELLAN_TARGET_IS_CUDA
+inline constexpr bool deviceIsHost = false;
+#else
+inline constexpr bool deviceIsHost = true;
+#endif
+
 enum class CopyKind
 {
   HostToDevice = 1,

@@ -130,7 +130,7 @@ void MorvellanPlugin::changedParam(const OFX::ChangeArguments& arguments, const 
 
 void MorvellanPlugin::saveGrainDepth(double time)
 {
-  const files::GpuConfig wanted{.gpuSelection = params_.gpuSelection,
+  const files::GpuConfig wanted{.gpuSelection = config_.gpuSelection,
                                 .grainDepth = static_cast<int>(parameters_->numberAt("GrainDepth", time))};
   if (const auto failure = configFile_.saveGrainDepth(wanted))
   {

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "entry/host_description.h"
 #include "entry/morvellan_plugin.h"
 #include "gpu/reports.h"
 #include "ofx/ofxNatron.h"
@@ -19,13 +20,6 @@ constexpr std::array sizeParameters{"SourceWidth", "SourceHeight", "SourceWidthO
 // The last preset of the list takes no part in the fit.
 constexpr int lastFittedPreset = 34;
 constexpr double aspectTolerance = 0.01;
-
-// The integer part of a length. Regions may be without bounds; what no int holds fits no preset either.
-int wholeOf(double length)
-{
-  constexpr double most = 1e9;
-  return length > 0.0 ? static_cast<int>(std::min(length, most)) : 0;
-}
 
 // The choice whose preset has that size and, where one is given, that pixel aspect; Custom Size where none has.
 int fittingChoice(params::Size size, std::optional<double> pixelAspect)
@@ -75,11 +69,11 @@ void MorvellanPlugin::fitSizes(double time)
   {
     const OfxRectD region = sourceClip_.regionOfDefinition(time);
     const double aspect = sourceClip_.pixelAspectRatio();
-    const params::Size size{wholeOf(region.x2 - region.x1), wholeOf(region.y2 - region.y1)};
+    const params::Size size{static_cast<int>(region.x2 - region.x1), static_cast<int>(region.y2 - region.y1)};
     apply(size, fittingChoice(size, aspect == 0.0 ? 1.0 : aspect), true);
   }
-  const params::Size project{wholeOf(properties().getDouble(kOfxImageEffectPropProjectSize, 0)),
-                             wholeOf(properties().getDouble(kOfxImageEffectPropProjectSize, 1))};
+  const params::Size project{static_cast<int>(properties().getDouble(kOfxImageEffectPropProjectSize, 0)),
+                             static_cast<int>(properties().getDouble(kOfxImageEffectPropProjectSize, 1))};
   const int choice = fittingChoice(project, std::nullopt);
   apply(project, choice, choice == params::customResolution);
 }
@@ -104,8 +98,12 @@ gpu::ClipFacts factsOf(const OFX::Clip& clip, double time)
                        .pixelAspectRatio = properties.findDouble(kOfxImagePropPixelAspectRatio).value_or(1.0),
                        .frameRate = properties.findDouble(kOfxImageEffectPropFrameRate).value_or(0.0),
                        .regionOfDefinition = {region.x1, region.y1, region.x2, region.y2}};
-  for (std::size_t i = 0; i < facts.format.size(); ++i)
-    facts.format[i] = properties.findInt(kOfxImageClipPropFormat, static_cast<int>(i)).value_or(0);
+  // An extension; elsewhere the region says as much.
+  facts.format = facts.regionOfDefinition;
+  if (OFX::hostDescription() != nullptr && OFX::hostDescription()->isNatron)
+    for (std::size_t i = 0; i < facts.format.size(); ++i)
+      facts.format[i] =
+          properties.findInt(kOfxImageClipPropFormat, static_cast<int>(i)).value_or(static_cast<int>(facts.format[i]));
   for (std::size_t i = 0; i < facts.frameRange.size(); ++i)
     facts.frameRange[i] = properties.findDouble(kOfxImageEffectPropFrameRange, static_cast<int>(i)).value_or(0.0);
   return facts;

@@ -1,12 +1,30 @@
 // The render action: the two images are fetched and judged, the parameters captured, and the frame sent its way.
+#include <algorithm>
+#include <cstdio>
+
 #include "entry/exceptions.h"
 #include "entry/frame_images.h"
 #include "entry/morvellan_plugin.h"
 #include "entry/pixel_processor.h"
 #include "pipeline/host/capture.h"
+#include "pipeline/host/engine.h"
+#include "pipeline/host/trace.h"
 
 namespace morvellan
 {
+
+namespace
+{
+
+// A frame smaller than the control allows leaves the control at its least: a host may refuse less.
+void writeBack(const ParameterHandles& parameters, const SizeCorrection& correction)
+{
+  const double value = std::max(static_cast<double>(correction.value), params::at(correction.name).range->min);
+  if (parameters.number(correction.name) != value)
+    parameters.setNumber(correction.name, value);
+}
+
+}  // namespace
 
 void MorvellanPlugin::render(const OFX::RenderArguments& arguments)
 {
@@ -64,16 +82,28 @@ void MorvellanPlugin::renderFrame(double time, const OFX::Image& source, const O
                              .time = time};
   const CaptureOutcome outcome = captureFrame(CurrentValues(*parameters_), request, params_, tables_.grain());
   for (const SizeCorrection& correction : outcome.corrections.list())
-  {
-    // A frame smaller than the least of the control: it stands there already, and a write would call for a new render.
-    if (parameters_->number(correction.name) != ParameterHandles::heldInRange(correction.name, correction.value))
-      parameters_->setNumber(correction.name, correction.value);
-  }
+    writeBack(*parameters_, correction);
 
   if (outcome.route == FrameRoute::untouched)
     return;
-  // The pipelines are not linked yet: every other route passes the frame through.
-  copyByCoordinates(from, to);
+  const Engine* engine = renderingEngine();
+  if (outcome.route == FrameRoute::copy || !engine)
+  {
+    copyByCoordinates(from, to);
+    return;
+  }
+  const SourceFrame sourceFrame(from, to);
+  TargetFrame targetFrame(to);
+  Trace trace;
+  const bool traced = Trace::wanted();
+  engine->render({.route = outcome.route,
+                  .source = sourceFrame.pixels(),
+                  .destination = targetFrame.pixels(),
+                  .params = params_,
+                  .trace = traced ? &trace : nullptr});
+  targetFrame.finish();
+  if (traced)
+    std::fputs(trace.text().c_str(), stderr);
 }
 
 }  // namespace morvellan

@@ -273,16 +273,16 @@ void blurFused(const Queue& queue, const float* source, float* scratch, float* t
   if (runUp <= detail::bandRows)
   {
     const std::string name = "iir_guassian+u_d_l_r+iir_guassian+u_d_l_r" + std::string(fused);
-    const detail::Watch watch(queue, name, width, height);
+    const LaunchWatch watch(queue, name, width, height);
     detail::blurBands(f, {source, width, height}, runUp, write);
     return;
   }
   {
-    const detail::Watch watch(queue, "iir_guassian+u_d_l_r", width, height);
+    const LaunchWatch watch(queue, "iir_guassian+u_d_l_r", width, height);
     detail::blurColumns(f, {source, width, height}, scratch);
   }
   const std::string name = "iir_guassian+u_d_l_r" + std::string(fused);
-  const detail::Watch watch(queue, name, height, width);
+  const LaunchWatch watch(queue, name, height, width);
   detail::blurRows(f, {scratch, width, height}, write);
 }
 

@@ -10,7 +10,7 @@ inline constexpr const char* kNatronOfxParamPropChoiceCascading = "NatronOfxPara
 inline constexpr const char* kNatronOfxImageEffectPropProjectId = "NatronOfxImageEffectPropProjectId";
 inline constexpr const char* kNatronOfxImageEffectPropInstanceId = "NatronOfxImageEffectPropInstanceId";
 inline constexpr const char* kNatronOfxPropDescriptionIsMarkdown = "NatronOfxPropDescriptionIsMarkdown";
-// The rectangle of a clip's format, in pixels.
+// The frame of a clip in pixels: x1, y1, x2, y2.
 inline constexpr const char* kOfxImageClipPropFormat = "OfxImageClipPropFormat";
 // Where the next parameter stands: 1 below a divider, 2 on the same line.
 inline constexpr const char* kOfxParamPropLayoutHint = "OfxParamPropLayoutHint";

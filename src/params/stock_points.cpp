@@ -4,16 +4,12 @@
 
 #include "params/edit.h"
 #include "params/families.h"
+#include "params/masters.h"
 
 namespace morvellan::params
 {
 namespace
 {
-double mean(const Rgb& values)
-{
-  return (values[0] + values[1] + values[2]) / 3.0;
-}
-
 void writeChannels(ParamAccess& access, std::string_view stem, std::string_view master, const Rgb& channels,
                    double masterValue)
 {

@@ -5,9 +5,9 @@
 #include <array>
 #include <vector>
 
+#include "colour/soft_clip.h"
 #include "device/memory.h"
 #include "device/queue.h"
-#include "film/laboratory.h"
 #include "pipeline/host/engine.h"
 #include "pipeline/host/plan.h"
 
@@ -29,17 +29,13 @@ private:
   void colour(const Step& step);
   void halation();
   void bands(const Step& step);
-  void lab(const Step& step);
-  void soup(const Step& step);
-  void print(const Step& step);
-  void render();
-  void expand(const Step& step);
   void resample(const Step& step);
   void enhance();
   void clear(const Step& step);
   void pad(const Step& step);
 
   float* frame(Slot slot);
+  SoftClip softClip(ClipFields fields) const;
   void needPlanes();
   size_t pixelCount() const { return static_cast<size_t>(width) * static_cast<size_t>(height); }
   bool fourChannels() const { return params.channelCount == 4; }
@@ -54,9 +50,7 @@ private:
 
   Buffer<float> frameA, frameB, scratchPlane, cropped, output;
   std::array<Buffer<float>, 4> planes;  // red, green, blue, alpha
-  Buffer<float> resampled;              // what the enhancer reads
-  int resampledWidth = 0, resampledHeight = 0;
-  LabPlanes labPlanes;
+  Buffer<float> resampled;              // host memory, what the enhancer reads
 };
 
 }  // namespace morvellan::MORVELLAN_TARGET

@@ -24,6 +24,8 @@ enum class Function
   Pow,
   Cos,
   Cbrt,
+  Log2Positive,
+  Exp2NotPositive,
 };
 
 struct apply_function
@@ -54,6 +56,12 @@ struct apply_function
       break;
     case Function::Cbrt:
       r = fast_cbrt(a);
+      break;
+    case Function::Log2Positive:
+      r = log2Positive(a);
+      break;
+    case Function::Exp2NotPositive:
+      r = exp2NotPositive(a);
       break;
     }
     storePlane(result, at, r);
@@ -146,6 +154,27 @@ ENGINE_TEST(Math, Exp2OverItsRange)
   EXPECT_EQ(edges[5], 1.0f);
   EXPECT_EQ(edges[6], 2.0f);
   EXPECT_EQ(edges[7], 0.5f);
+}
+
+ENGINE_TEST(Math, LogarithmAndExponentialOfTheUnitRange)
+{
+  const std::vector<float> x = everyExponent();
+  EXPECT_EQ(run(Function::Log2Positive, x), run(Function::Log2, x));
+  EXPECT_EQ(run(Function::Log2Positive, {0.0f})[0], -infinity);
+
+  std::vector<float> y;
+  for (int i = 0; i <= 1000000; ++i)
+    y.push_back(-126.0f * static_cast<float>(i) / 1000000.0f);
+  const std::vector<float> r = run(Function::Exp2NotPositive, y);
+  double relative = 0.0;
+  for (size_t i = 0; i < y.size(); ++i)
+  {
+    const double exact = std::exp2(static_cast<double>(y[i]));
+    relative = std::max(relative, std::fabs(static_cast<double>(r[i]) - exact) / exact);
+  }
+  EXPECT_LE(relative, 2.5e-7);
+  const std::vector<float> edges = run(Function::Exp2NotPositive, {0.0f, -0.0f, -127.0f, -200.0f, -infinity, nan});
+  EXPECT_EQ(edges, (std::vector<float>{1.0f, 1.0f, 0.0f, 0.0f, 0.0f, 0.0f}));
 }
 
 ENGINE_TEST(Math, PowKeepsItsRelativeError)

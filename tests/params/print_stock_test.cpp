@@ -6,6 +6,7 @@
 #include "params/panels.h"
 #include "params/stocks.h"
 #include "tests/params/memory_params.h"
+#include "tests/params/stock_expectations.h"
 
 #include <algorithm>
 #include <array>
@@ -25,19 +26,6 @@ MemoryParams activePrint()
   MemoryParams params;
   params.edit("PrintDisplayBypass", 0);
   return params;
-}
-
-void expectFamily(const MemoryParams& params, std::string_view stem, std::string_view master, double value)
-{
-  for (const std::string& channel : channelNames(stem))
-    EXPECT_NEAR(params[channel], value, 1e-9) << channel;
-  EXPECT_NEAR(params[master], value, 1e-9) << master;
-}
-
-void expectPoints(const MemoryParams& params, double black, double white)
-{
-  expectFamily(params, "PrintBlack", "PrintBlackRGB", black);
-  expectFamily(params, "PrinterLight", "PrinterLightsRGB", white);
 }
 
 void expectTables(const MemoryParams& params, int stock)

@@ -42,4 +42,8 @@ std::span<const Engine* const> engines();
 // The engine of that name, or null.
 const Engine* findEngine(std::string_view name);
 
+// The engine that renders in this process, by the environment as it was at the first call: a CPU engine of the chosen
+// level where software devices are asked for, otherwise cuda; null where this binary or machine has none.
+const Engine* renderingEngine();
+
 }  // namespace morvellan

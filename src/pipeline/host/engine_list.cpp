@@ -1,6 +1,12 @@
 // The engines that this binary was built with. Only what links the engines' objects may use this list.
 #include <array>
+#include <cstdlib>
+#include <optional>
 
+#include <tbb/global_control.h>
+
+#include "device/host/cpu_level.h"
+#include "device/host/device_choice.h"
 #include "pipeline/host/engine.h"
 
 namespace morvellan
@@ -41,6 +47,39 @@ const Engine* findEngine(std::string_view name)
     if (engine->name == name)
       return engine;
   return nullptr;
+}
+
+namespace
+{
+
+// MORVELLAN_THREADS, where it is a positive number, bounds the threads of every frame for the life of the process.
+void limitThreads()
+{
+  static std::optional<tbb::global_control> limit;
+  const char* text = std::getenv("MORVELLAN_THREADS");
+  const long threads = text ? std::strtol(text, nullptr, 10) : 0;
+  if (threads > 0)
+    limit.emplace(tbb::global_control::max_allowed_parallelism, static_cast<size_t>(threads));
+}
+
+const Engine* chooseEngine()
+{
+  limitThreads();
+  const device::DeviceChoice choice = device::deviceChoice();
+  if (choice.kind != device::DeviceKind::software)
+    return findEngine("cuda");
+  const Engine* engine = findEngine(device::engineName(device::chosenCpuLevel().level));
+  if (engine)
+    engine->setSoftwareDevices(choice.softwareDevices, choice.peerAccess);
+  return engine;
+}
+
+}  // namespace
+
+const Engine* renderingEngine()
+{
+  static const Engine* const engine = chooseEngine();
+  return engine;
 }
 
 }  // namespace morvellan

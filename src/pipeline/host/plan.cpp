@@ -96,32 +96,32 @@ private:
   bool fourChannels() const { return p.channelCount == 4; }
   Slot other() const { return image == Slot::FrameA ? Slot::FrameB : Slot::FrameA; }
 
-  void add(Stage stage, Op op, std::string kernel, Slot from, Slot to, ClipFields clip = ClipFields::None,
+  void add(Stage stage, Work work, std::string kernel, Slot from, Slot to, ClipFields clip = ClipFields::None,
            int channels = 4)
   {
-    steps.push_back({stage, op, std::move(kernel), from, to, clip, channels});
+    steps.push_back({stage, work, std::move(kernel), from, to, clip, channels});
   }
 
   void inPlace(Stage stage, std::string kernel, ClipFields clip = ClipFields::None)
   {
-    add(stage, Op::Colour, std::move(kernel), image, image, clip);
+    add(stage, Work::Colour, std::move(kernel), image, image, clip);
   }
 
   // The image moves to the other frame.
   void across(Stage stage, std::string kernel, ClipFields clip = ClipFields::None)
   {
-    add(stage, Op::Colour, std::move(kernel), image, other(), clip);
+    add(stage, Work::Colour, std::move(kernel), image, other(), clip);
     image = other();
   }
 
   void upload()
   {
     if (fourChannels())
-      add(Stage::Upload, Op::Upload, "", Slot::Host, Slot::FrameA);
+      add(Stage::Upload, Work::Upload, "", Slot::Host, Slot::FrameA);
     else
     {
-      add(Stage::Upload, Op::Upload, "", Slot::Host, Slot::Packed, ClipFields::None, 3);
-      add(Stage::Upload, Op::Colour, "RGB_RGBA_Kernel", Slot::Packed, Slot::FrameA);
+      add(Stage::Upload, Work::Upload, "", Slot::Host, Slot::Packed, ClipFields::None, 3);
+      add(Stage::Upload, Work::Colour, "RGB_RGBA_Kernel", Slot::Packed, Slot::FrameA);
     }
   }
 
@@ -135,7 +135,7 @@ private:
   void halation()
   {
     if (!p.halationBypassed)
-      add(Stage::Input, Op::Halation, "halation", image, image);
+      add(Stage::Input, Work::Halation, "halation", image, image);
   }
 
   void softClipInPlace(bool& pending, ClipFields fields)
@@ -197,14 +197,14 @@ private:
       softClipInPlace(soupClip, ClipFields::Soup);
     const ClipFields fields =
         cropClipsSoup ? ClipFields::Soup : (cropClipsCamera ? ClipFields::Camera : ClipFields::None);
-    add(Stage::Geometry, Op::Colour, name.crop(clips, decoded, compressed, exposureFolds), image, Slot::Cropped,
+    add(Stage::Geometry, Work::Colour, name.crop(clips, decoded, compressed, exposureFolds), image, Slot::Cropped,
         fields);
     cameraClip = false;
     if (compressorClipsSoup)
       soupClip = false;
-    add(Stage::Geometry, Op::Resample, "ResizeTBB", Slot::Cropped, Slot::FrameA);
+    add(Stage::Geometry, Work::Resample, "ResizeTBB", Slot::Cropped, Slot::FrameA);
     if (enhanced)
-      add(Stage::Geometry, Op::Enhance, name.enhancer(), Slot::FrameA, Slot::FrameA);
+      add(Stage::Geometry, Work::Enhance, name.enhancer(), Slot::FrameA, Slot::FrameA);
     image = Slot::FrameA;
   }
 
@@ -220,8 +220,8 @@ private:
     }
     if (wantsCompression)
       compress(Stage::Input);
-    add(Stage::Geometry, Op::Resample, "ResizeTBB", image, Slot::FrameA);
-    add(Stage::Geometry, Op::Enhance, name.enhancer(), Slot::FrameA, Slot::FrameA);
+    add(Stage::Geometry, Work::Resample, "ResizeTBB", image, Slot::FrameA);
+    add(Stage::Geometry, Work::Enhance, name.enhancer(), Slot::FrameA, Slot::FrameA);
     image = Slot::FrameA;
   }
 
@@ -229,7 +229,7 @@ private:
   void compress(Stage stage)
   {
     softClipInPlace(soupClip, ClipFields::Soup);
-    add(stage, Op::Colour, name.ofGamut("RGBA_", "_compress"), image, other());
+    add(stage, Work::Colour, name.ofGamut("RGBA_", "_compress"), image, other());
     compressed = true;
   }
 
@@ -241,8 +241,8 @@ private:
 
   void bands(std::string wayIn, ClipFields fields = ClipFields::None)
   {
-    add(Stage::Pitch, Op::Colour, std::move(wayIn), image, other(), fields);
-    add(Stage::Pitch, Op::Bands, "pitch", image, other());
+    add(Stage::Pitch, Work::Colour, std::move(wayIn), image, other(), fields);
+    add(Stage::Pitch, Work::Bands, "pitch", image, other());
     image = other();
   }
 
@@ -336,7 +336,7 @@ private:
   void split(std::string kernel, ClipFields fields = ClipFields::None)
   {
     planesSplit = kernel;
-    add(Stage::Grain, Op::Colour, std::move(kernel), image, Slot::Planes, fields);
+    add(Stage::Grain, Work::Colour, std::move(kernel), image, Slot::Planes, fields);
   }
 
   bool luminance() const { return p.grainMode == 2 || p.grainMode == 4; }
@@ -345,8 +345,8 @@ private:
   {
     if (luminance())
     {
-      add(Stage::Grain, Op::Colour, "RGB_RGB_Kernel_Y", Slot::Planes, Slot::Planes);
-      add(Stage::Grain, Op::Render, p.lumaSigma == 0.0f ? "render_pixelR" : "render_variance", Slot::Planes,
+      add(Stage::Grain, Work::Colour, "RGB_RGB_Kernel_Y", Slot::Planes, Slot::Planes);
+      add(Stage::Grain, Work::Render, p.lumaSigma == 0.0f ? "render_pixelR" : "render_variance", Slot::Planes,
           Slot::Planes);
       return;
     }
@@ -354,7 +354,7 @@ private:
     for (int c = 0; c < 3; ++c)
       if (p.grainChannelOn[c])
         (p.grainSigma[c] == 0.0f ? plain : varying) = true;
-    add(Stage::Grain, Op::Render,
+    add(Stage::Grain, Work::Render,
         plain && varying ? "render_pixelR, render_variance" : (plain ? "render_pixelR" : "render_variance"),
         Slot::Planes, Slot::Planes);
   }
@@ -364,7 +364,7 @@ private:
   {
     const std::string kernel = (luminance() ? "Y_" : "") + (fourChannels() ? rgbaName : rgbName);
     const bool packs = last && !fourChannels();
-    add(Stage::Grain, Op::Colour, kernel, Slot::Planes, packs ? Slot::Packed : Slot::FrameB, ClipFields::None,
+    add(Stage::Grain, Work::Colour, kernel, Slot::Planes, packs ? Slot::Packed : Slot::FrameB, ClipFields::None,
         packs ? 3 : 4);
     image = packs ? Slot::Packed : Slot::FrameB;
   }
@@ -467,11 +467,11 @@ private:
   {
     if (p.soupBypassed)
     {
-      add(Stage::Look, Op::Lab, "film_lab_init_pfe", image, image);
+      add(Stage::Look, Work::Lab, "film_lab_init_pfe", image, image);
       return;
     }
-    add(Stage::Look, Op::Lab, "film_lab", image, Slot::None);
-    add(Stage::Look, Op::Soup, std::move(soupKernel), Slot::None, image);
+    add(Stage::Look, Work::Lab, "film_lab", image, Slot::None);
+    add(Stage::Look, Work::Soup, std::move(soupKernel), Slot::None, image);
   }
 
   // filmStage, with grain between negative and print, or after a negative that is not printed.
@@ -487,7 +487,7 @@ private:
       joinWorkingLog(false);
     }
     if (printed)
-      add(Stage::Look, Op::Print, std::string(printKernel(p)), image, image);
+      add(Stage::Look, Work::Print, std::string(printKernel(p)), image, image);
     else if (compressed)
       expand();
     if (!grain || printed)
@@ -514,18 +514,18 @@ private:
     if (printed)
     {
       negative(std::string(grainNegativeKernel(p)));
-      add(Stage::Grain, Op::Print, std::string(grainPrintKernel(p)), image, Slot::Planes);
+      add(Stage::Grain, Work::Print, std::string(grainPrintKernel(p)), image, Slot::Planes);
     }
     else
     {
-      add(Stage::Look, Op::Lab, "film_lab", image, Slot::None);
-      add(Stage::Grain, Op::Soup, std::string(grainRangeKernel(p)), Slot::None, Slot::Planes);
+      add(Stage::Look, Work::Lab, "film_lab", image, Slot::None);
+      add(Stage::Grain, Work::Soup, std::string(grainRangeKernel(p)), Slot::None, Slot::Planes);
     }
     render();
     const std::string kernel = expandKernel(p) + name.expandSuffix(luminance());
     const bool expandsAfter = compressed && !printed;
     const bool packs = !fourChannels() && !expandsAfter;
-    add(Stage::Grain, Op::Expand, kernel, Slot::Planes, packs ? Slot::Packed : Slot::FrameB, ClipFields::None,
+    add(Stage::Grain, Work::Expand, kernel, Slot::Planes, packs ? Slot::Packed : Slot::FrameB, ClipFields::None,
         packs ? 3 : 4);
     image = packs ? Slot::Packed : Slot::FrameB;
     if (expandsAfter)
@@ -537,8 +537,8 @@ private:
     const bool packed = image == Slot::Packed;
     if (p.targetWidth != p.frameWidth || p.targetHeight != p.frameHeight)
     {
-      add(Stage::Download, Op::Clear, "", Slot::None, Slot::Output, ClipFields::None, packed ? 3 : 4);
-      add(Stage::Download, Op::Pad, packed ? "Pad2DArrayRGB" : "Pad2DArrayRGBA", image, Slot::Output, ClipFields::None,
+      add(Stage::Download, Work::Clear, "", Slot::None, Slot::Output, ClipFields::None, packed ? 3 : 4);
+      add(Stage::Download, Work::Pad, packed ? "Pad2DArrayRGB" : "Pad2DArrayRGBA", image, Slot::Output, ClipFields::None,
           packed ? 3 : 4);
       image = Slot::Output;
     }
@@ -546,10 +546,10 @@ private:
     {
       // The frame that is not in use takes the packed pixels.
       const Slot to = image == Slot::FrameB ? Slot::FrameA : Slot::FrameB;
-      add(Stage::Download, Op::Colour, "RGBA_RGB_Kernel", image, to, ClipFields::None, 3);
+      add(Stage::Download, Work::Colour, "RGBA_RGB_Kernel", image, to, ClipFields::None, 3);
       image = to;
     }
-    add(Stage::Download, Op::Download, "", image, Slot::Host, ClipFields::None, p.channelCount);
+    add(Stage::Download, Work::Download, "", image, Slot::Host, ClipFields::None, p.channelCount);
   }
 };
 

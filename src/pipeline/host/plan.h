@@ -42,7 +42,7 @@ enum class Slot
 
 std::string_view slotName(Slot slot);
 
-enum class Op
+enum class Work
 {
   Upload,    // host image to a frame
   Colour,    // a kernel of the colour families, by its name
@@ -71,7 +71,7 @@ enum class ClipFields
 struct Step
 {
   Stage stage;
-  Op op;
+  Work work;
   std::string kernel;  // as launched; empty for transfers
   Slot from = Slot::None, to = Slot::None;
   ClipFields clip = ClipFields::None;

@@ -57,9 +57,8 @@ public:
 private:
   void filter(const float* source, int begin, int end, float* target) const
   {
-    lines.filterAlongRow(source, &columns.first[static_cast<std::size_t>(begin)],
-                         &columns.phase[static_cast<std::size_t>(begin)], columns.weights.data(), end - begin,
-                         target + static_cast<std::ptrdiff_t>(begin - strip.begin) * rgba);
+    lines.filterAlongRow(source, columns.first.data() + begin, columns.phase.data() + begin, columns.weights.data(),
+                         end - begin, target + static_cast<std::ptrdiff_t>(begin - strip.begin) * rgba);
   }
 
   // The columns whose taps leave a row on one side reach over few source pixels; these are copied with the edge held.
@@ -100,7 +99,7 @@ void Resize::prepare(const ConstImageView& from, const ImageView& to)
     state = ResizeStatus::badSize;
     return;
   }
-  columns = filterAxis(source.width, target.width, channels);
+  columns = filterAxis(source.width, target.width, rgba);
   rows = filterAxis(source.height, target.height, 1);
   state = ResizeStatus::ready;
 }

@@ -9,7 +9,7 @@
 #include "pipeline/host/image_view.h"
 #include "pipeline/host/resize_weights.h"
 
-#include <vector>
+#include <cstddef>
 
 namespace morvellan
 {
@@ -51,9 +51,6 @@ protected:
   static std::size_t scratchFloats();
 
   ResizeStatus state = ResizeStatus::notPrepared;
-  static constexpr int lobes = 3;
-  static constexpr int interpolation = 16;  // the number by which the resampler knows Lanczos
-  static constexpr int channels = 4;
   ConstImageView source{};
   ImageView target{};
   FilterAxis columns;  // how target columns come from source columns

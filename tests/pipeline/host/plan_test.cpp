@@ -388,7 +388,7 @@ TEST(Plan, HoldsTogetherForEveryCombination)
               --decoded;
             ASSERT_GE(compressed, 0) << all;
           }
-          ASSERT_EQ(steps.back().op, Op::Download);
+          ASSERT_EQ(steps.back().work, Work::Download);
           ASSERT_EQ(decoded, 0) << all;
           ASSERT_EQ(cameraClips, p.cameraSoftClipActive) << all;
           ASSERT_EQ(soupClips, p.soupSoftClipActive && (!p.soupBypassed || !p.printBypassed) ? 1 : 0) << all;

@@ -61,6 +61,10 @@ Clip::Clip(Effect& effect, const Clip& described)
     : effect_(effect), name_(described.name_), properties_(fmt::format("clip {}", name_))
 {
   defineClipInstanceProperties(properties_, described.properties_);
+  if (Host::current().traits().natronExtensions)
+  {
+    properties_.define(kOfxImageClipPropFormat, Access::ReadOnly, std::vector<int>{0, 0, 0, 0});
+  }
 }
 
 void Clip::setFormat(Components components, Depth depth)
@@ -71,15 +75,18 @@ void Clip::setFormat(Components components, Depth depth)
   properties_.put(kOfxImageClipPropUnmappedPixelDepth, nameOf(depth));
 }
 
-void Clip::setFormatRectangle(OfxRectI rectangle)
-{
-  properties_.put(kOfxImageClipPropFormat, std::vector<int>{rectangle.x1, rectangle.y1, rectangle.x2, rectangle.y2});
-}
-
 void Clip::setFrameRange(double first, double last)
 {
   properties_.put(kOfxImageEffectPropFrameRange, std::vector<double>{first, last});
   properties_.put(kOfxImageEffectPropUnmappedFrameRange, std::vector<double>{first, last});
+}
+
+void Clip::setPixelFrame(const OfxRectI& frame)
+{
+  if (properties_.has(kOfxImageClipPropFormat))
+  {
+    properties_.put(kOfxImageClipPropFormat, std::vector<int>{frame.x1, frame.y1, frame.x2, frame.y2});
+  }
 }
 
 void Clip::setSource(const Frame& frame)
@@ -89,7 +96,7 @@ void Clip::setSource(const Frame& frame)
   regionOfDefinition = OfxRectD{static_cast<double>(bounds.x1), static_cast<double>(bounds.y1),
                                 static_cast<double>(bounds.x2), static_cast<double>(bounds.y2)};
   setFormat(frame.layout().components, frame.layout().depth);
-  setFormatRectangle(bounds);
+  setPixelFrame(bounds);
 }
 
 }  // namespace morvellan::host

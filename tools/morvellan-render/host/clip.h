@@ -67,8 +67,9 @@ public:
   void setConnected(bool connected) { properties_.put(kOfxImageClipPropConnected, connected ? 1 : 0); }
   // The pixels that the host delivers.
   void setFormat(Components components, Depth depth);
-  void setFormatRectangle(OfxRectI rectangle);
   void setFrameRange(double first, double last);
+  // Where the host has the property of its frame in pixels.
+  void setPixelFrame(const OfxRectI& frame);
   void setPixelAspect(double aspect) { properties_.put(kOfxImagePropPixelAspectRatio, aspect); }
   // Called for an image at a time, on the thread that asks; nothing means that there is none.
   void setSource(std::function<std::optional<Frame>(double time)> source) { source_ = std::move(source); }

@@ -63,12 +63,11 @@ EffectInstance::EffectInstance(LoadedPlugin& plugin, const EffectDescriptor& des
   {
     Clip& added = addClip(std::make_unique<Clip>(*this, *clip));
     added.setFormat(settings.components, settings.depth);
-    added.setFormatRectangle(
-        {0, 0, static_cast<int>(settings.projectSize.x), static_cast<int>(settings.projectSize.y)});
     added.setFrameRange(settings.frameRange.min, settings.frameRange.max);
     added.setPixelAspect(settings.pixelAspect);
     added.setConnected(added.isOutput() || settings.sourceConnected);
     added.regionOfDefinition = OfxRectD{0.0, 0.0, settings.projectSize.x, settings.projectSize.y};
+    added.setPixelFrame({0, 0, static_cast<int>(settings.projectSize.x), static_cast<int>(settings.projectSize.y)});
   }
   for (const auto& param : described.params().params())
   {

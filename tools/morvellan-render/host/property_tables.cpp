@@ -247,7 +247,6 @@ void defineClipInstanceProperties(PropertySet& set, const PropertySet& described
   set.define(kOfxImageClipPropFieldOrder, readOnly, Strings{kOfxImageFieldNone});
   set.define(kOfxImageClipPropConnected, readOnly, Ints{0});
   set.define(kOfxImageClipPropContinuousSamples, readOnly, Ints{0});
-  set.define(kOfxImageClipPropFormat, readOnly, Ints{0, 0, 0, 0});
 }
 
 void defineImageProperties(PropertySet& set)

@@ -1,0 +1,219 @@
+// The plug-in and its devices: the configuration file in every state, the selection, edits of the Manage page, and the
+// three reports, through the interface of a host.
+#include <gmock/gmock.h>
+
+#include "tests/plugin/plugin_host.h"
+
+namespace morvellan::test
+{
+namespace
+{
+
+using host::EffectInstance;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+// An instance on `device` with that configuration file; what it said while it was made.
+class Machine
+{
+public:
+  Machine(const std::string& device, const std::optional<std::string>& content)
+      : folder(content), host(MORVELLAN_BUNDLE, pluginOptions(folder, device)), effect(host.create())
+  {
+  }
+
+  [[nodiscard]] std::vector<std::string> said() const { return textsOf(host.persistentMessages()); }
+  [[nodiscard]] int gpu() const { return effect.value("NatronGPU").asInt(); }
+  [[nodiscard]] int depth() const { return effect.value("GrainDepth").asInt(); }
+  [[nodiscard]] std::string report(const char* button)
+  {
+    host.clearLog();
+    EXPECT_EQ(effect.press(button), kOfxStatOK);
+    EXPECT_EQ(host.messages().size(), 1U);
+    EXPECT_THAT(host.writes(), IsEmpty()) << "a report changes nothing";
+    if (host.messages().size() != 1)
+      return {};
+    EXPECT_EQ(host.messages()[0].type, kOfxMessageMessage);
+    EXPECT_EQ(host.messages()[0].id, "");
+    return host.messages()[0].text;
+  }
+
+  ConfigFolder folder;
+  StrictHost host;
+  EffectInstance& effect;
+};
+
+TEST(ConfigurationFile, EveryGoodPair)
+{
+  for (int selection = 0; selection < 4; ++selection)
+    for (int depth = 0; depth < 4; ++depth)
+    {
+      Machine machine("cpu:4", ConfigFolder::text(selection, depth));
+      EXPECT_THAT(machine.said(), IsEmpty());
+      EXPECT_EQ(machine.gpu(), selection);
+      EXPECT_EQ(machine.depth(), depth);
+    }
+}
+
+TEST(ConfigurationFile, EveryFaultIsToldAndMended)
+{
+  const std::string first = ConfigFolder::firstLine;
+  const std::string second = ConfigFolder::secondLine;
+  struct Case
+  {
+    std::string content;
+    const char* message;
+    int selection;
+  };
+  for (const Case& fault : {Case{"", "Unable to read 'Natron GPU selection(0,1,2,3)----------|'", 0},
+                            Case{first + "7\n" + second + "1\n", "Invalid GPU set in", 0},
+                            Case{first + "-1\n" + second + "1\n", "Invalid GPU set in", 0},
+                            Case{first + "99999999999\n" + second + "1\n", "Invalid GPU set in", 0},
+                            Case{first + "1\n", "Unable to read 'Film Grain Depth(0,1,2,3,4,5,6,7)------|'", 1},
+                            Case{first + "1\r\n" + second + "8\r\n", "Invalid Grain Depth set in", 1},
+                            Case{std::string(10'000'000, '\0'), "Unable to read 'Natron GPU selection", 0}})
+  {
+    Machine machine("cpu:2", fault.content);
+    EXPECT_THAT(machine.said(), ElementsAre(AllOf(StartsWith("Morvellan : "), HasSubstr(fault.message),
+                                                  HasSubstr("'" + machine.folder.file().string() + "'"))));
+    EXPECT_EQ(machine.gpu(), fault.selection);
+    EXPECT_EQ(machine.depth(), 3);
+    EXPECT_EQ(machine.folder.content(), ConfigFolder::text(fault.selection, 3));
+  }
+}
+
+TEST(ConfigurationFile, AFolderInItsPlace)
+{
+  const ConfigFolder folder(std::nullopt);
+  std::filesystem::create_directories(folder.file() / "inside");
+  StrictHost host(MORVELLAN_BUNDLE, pluginOptions(folder, "cpu"));
+  host.create();
+  EXPECT_THAT(textsOf(host.persistentMessages()),
+              ElementsAre(HasSubstr("For very first-time use of Morvellan"),
+                          "Morvellan : Unable to create morvellan_natron_gpu_config.txt in '" + folder.path().string() +
+                              "/'. Check file and folder permissions."));
+}
+
+TEST(Selection, EveryRevertIsToldAndStored)
+{
+  for (int devices = 1; devices <= 3; ++devices)
+    for (int asked = devices; asked <= 3; ++asked)
+    {
+      Machine machine("cpu:" + std::to_string(devices), ConfigFolder::text(asked, 2));
+      EXPECT_THAT(machine.said(), ElementsAre(HasSubstr("GPU set in Morvellan's list. Only 1st")));
+      EXPECT_EQ(machine.gpu(), 0);
+      EXPECT_EQ(machine.depth(), 2);
+      EXPECT_EQ(machine.folder.content(), ConfigFolder::text(0, 2)) << "the depth is kept";
+    }
+}
+
+TEST(ManagePage, AChosenDeviceIsStoredForTheNextTime)
+{
+  Machine machine("cpu:3", ConfigFolder::text(0, 1));
+  EXPECT_EQ(machine.effect.edit("NatronGPU", 2), kOfxStatOK);
+  EXPECT_EQ(machine.folder.content(), ConfigFolder::text(2, 1));
+  EXPECT_THAT(textsOf(machine.host.messages()),
+              ElementsAre("Morvellan : To activate changes, reload Morvellan or restart Natron"));
+  machine.host.clearLog();
+  EXPECT_EQ(machine.effect.edit("GrainDepth", 0), kOfxStatOK);
+  EXPECT_EQ(machine.folder.content(), ConfigFolder::text(2, 0)) << "the device chosen before is not forgotten";
+  EXPECT_THAT(textsOf(machine.host.messages()),
+              ElementsAre("Morvellan : To activate Grain Depth Resolution change, reload Morvellan or restart Natron"));
+  EffectInstance& next = machine.host.create();
+  EXPECT_EQ(next.value("NatronGPU").asInt(), 2);
+  EXPECT_EQ(next.value("GrainDepth").asInt(), 0);
+}
+
+TEST(ManagePage, ASlotWithoutADeviceIsSetBack)
+{
+  Machine machine("cpu:2", ConfigFolder::text(1, 1));
+  EXPECT_EQ(machine.effect.edit("NatronGPU", 3), kOfxStatOK);
+  EXPECT_THAT(textsOf(machine.host.messages()),
+              ElementsAre("Morvellan : 4th GPU unavailable. Select 1st, 2cd, or 3rd available GPU from Morvellan's "
+                          "list."));
+  EXPECT_EQ(machine.gpu(), 1);
+  EXPECT_EQ(machine.folder.content(), ConfigFolder::text(1, 1));
+}
+
+TEST(ManagePage, AFileThatCannotBeWrittenIsTold)
+{
+  Machine machine("cpu:2", ConfigFolder::text(0, 1));
+  std::filesystem::remove(machine.folder.file());
+  std::filesystem::create_directories(machine.folder.file() / "inside");
+  const auto allTexts = [&]
+  {
+    std::vector<std::string> texts = textsOf(machine.host.persistentMessages());
+    for (const std::string& text : textsOf(machine.host.messages()))
+      texts.push_back(text);
+    return texts;
+  };
+  machine.effect.edit("NatronGPU", 1);
+  EXPECT_THAT(allTexts(), ElementsAre(AllOf(StartsWith("Morvellan : Unable to edit | create"),
+                                            HasSubstr("The GPU selection change can't be saved."))));
+  machine.host.clearLog();
+  machine.effect.edit("GrainDepth", 3);
+  EXPECT_THAT(allTexts(), ElementsAre(AllOf(StartsWith("Morvellan :  Unable to edit "),
+                                            HasSubstr("Grain Depth Resolution remains unchanged"))));
+}
+
+TEST(Reports, About)
+{
+  Machine machine("cpu", ConfigFolder::text(0, 0));
+  EXPECT_THAT(machine.report("About"), StartsWith("\nMorvellan for Natron, ver 3.7.\n\n\n"));
+}
+
+TEST(Reports, CudaInfo)
+{
+  Machine machine("cpu", ConfigFolder::text(0, 0));
+  const std::string text = machine.report("CudaInfo");
+  if (text.find("Number of available CUDA GPUs") != std::string::npos)
+    GTEST_SKIP() << "this machine has an NVIDIA GPU";
+  EXPECT_THAT(text, AllOf(HasSubstr("\n    Morvellan : Failed to initialise nVidia's NVML library"),
+                          HasSubstr("\nMorvellan : Failed to shutdown the NVML library. Error : ")));
+}
+
+TEST(Reports, ClipInfo)
+{
+  Machine machine("cpu", ConfigFolder::text(0, 0));
+  const std::string text = machine.report("ClipInfo");
+  EXPECT_THAT(text, StartsWith("Morvellan Clip Info :\n\nInput : \n    RGBA - 32f BitDepthFloat\n"));
+  EXPECT_THAT(text, AllOf(HasSubstr("\n    Node input : Connected\n"), HasSubstr("\n\nOutput : \n    RGBA - 32f"),
+                          HasSubstr("\n    Resolution : 0, 0, 1920, 1080\n"), HasSubstr("\n    Frame rate : 24\n"),
+                          HasSubstr("\n    Render Scale : 1, 1")));
+}
+
+TEST(Reports, ClipInfoOfAnUnconnectedSource)
+{
+  const ConfigFolder folder;
+  StrictHost host(MORVELLAN_BUNDLE, pluginOptions(folder, "cpu"));
+  host::InstanceSettings settings;
+  settings.sourceConnected = false;
+  EffectInstance& effect = host.create(settings);
+  EXPECT_EQ(effect.press("ClipInfo"), kOfxStatOK);
+  ASSERT_EQ(host.messages().size(), 1U);
+  EXPECT_THAT(host.messages()[0].text,
+              AllOf(HasSubstr("\n    Node input : Not connected\n"), HasSubstr("\nOutput : \n    RGBA")));
+}
+
+TEST(Reports, ClipInfoOnAHostWithoutTheExtensions)
+{
+  const ConfigFolder folder;
+  StrictOptions options = pluginOptions(folder, "cpu");
+  options.traits.natronExtensions = false;
+  StrictHost host(MORVELLAN_BUNDLE, options);
+  EXPECT_EQ(host.create().press("ClipInfo"), kOfxStatOK);
+  ASSERT_EQ(host.messages().size(), 1U);
+  EXPECT_THAT(host.messages()[0].text, HasSubstr("\n    Resolution : 0, 0, 1920, 1080\n"));
+}
+
+TEST(Devices, AnUnknownChoiceIsToldBesideWhatWasFound)
+{
+  Machine machine("gpu:0", ConfigFolder::text(0, 0));
+  EXPECT_THAT(machine.said()[0], AllOf(HasSubstr("MORVELLAN_DEVICE is 'gpu:0'"), HasSubstr("Using auto")));
+}
+
+}  // namespace
+}  // namespace morvellan::test

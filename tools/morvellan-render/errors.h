@@ -1,0 +1,26 @@
+// The two ways in which the tool fails: a wrong command line, and a render that could not be done.
+#pragma once
+
+#include <stdexcept>
+
+namespace morvellan::tool
+{
+
+constexpr int exitOk = 0;
+constexpr int exitFailed = 1;
+constexpr int exitUsage = 2;
+
+// The message is one sentence: what was wrong, and what to do.
+class UsageError : public std::runtime_error
+{
+public:
+  using std::runtime_error::runtime_error;
+};
+
+class RenderError : public std::runtime_error
+{
+public:
+  using std::runtime_error::runtime_error;
+};
+
+}  // namespace morvellan::tool

@@ -1,0 +1,277 @@
+// The life of an instance in the tool.
+#include "session.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <future>
+
+#include <fmt/format.h>
+
+#include "errors.h"
+#include "values.h"
+
+namespace morvellan::tool
+{
+namespace
+{
+
+double frameRateOf(const OIIO::ImageSpec& spec)
+{
+  std::array<int, 2> ratio{};
+  if (spec.getattribute("FramesPerSecond", OIIO::TypeRational, ratio.data()) && ratio[1] != 0)
+  {
+    return static_cast<double>(ratio[0]) / ratio[1];
+  }
+  return 24.0;
+}
+
+// A usage error of one edit says which edit it was.
+std::string inEdit(const Edit& edit, const std::string& what)
+{
+  return edit.kind == Edit::Kind::Set ? fmt::format("--set {}={}: {}", edit.name, edit.value, what)
+                                      : fmt::format("--press {}: {}", edit.name, what);
+}
+
+}  // namespace
+
+Session::Session(const Options& options, const std::filesystem::path& bundle, Progress& progress)
+    : options_(options), progress_(progress), observer_(progress, options.talk), host_(toolTraits(), observer_)
+{
+  if (options.threads)
+  {
+    setenv("MORVELLAN_THREADS", std::to_string(*options.threads).c_str(), 1);
+    OIIO::attribute("threads", *options.threads);
+    OIIO::attribute("exr_threads", *options.threads);
+  }
+  if (options.trace)
+  {
+    setenv("MORVELLAN_TRACE", "1", 1);
+  }
+  try
+  {
+    plugin_ = std::make_unique<host::LoadedPlugin>(host_, bundle);
+    plugin_->load();
+    plugin_->describe();
+    plugin_->describeIn(kOfxImageEffectContextFilter);
+  }
+  catch (const host::LoadError& error)
+  {
+    throw RenderError(error.what());
+  }
+}
+
+Picture Session::read(const FrameJob& job) const
+{
+  return readPicture(job.input, options_.components);
+}
+
+std::optional<host::Frame> Session::sourceAt(double time)
+{
+  if (current_ && time == currentTime_)
+  {
+    return current_->frame;
+  }
+  const auto job = std::find_if(jobs_.begin(), jobs_.end(), [time](const FrameJob& each) { return each.time == time; });
+  return job == jobs_.end() ? std::nullopt : std::optional(read(*job).frame);
+}
+
+void Session::attach(const FrameJob& job, const Picture& picture)
+{
+  current_ = picture;
+  currentTime_ = job.time;
+  instance_->setCurrentTime(job.time);
+  host::Clip& source = instance_->clip(kOfxImageEffectSimpleSourceClipName);
+  host::Clip& output = instance_->clip(kOfxImageEffectOutputClipName);
+  source.setSource(picture.frame);
+  source.setSource([this](double time) { return sourceAt(time); });
+  output.regionOfDefinition = source.regionOfDefinition;
+  output.setFormat(picture.frame.layout().components, picture.frame.layout().depth);
+  output.setSource(picture.frame);  // what the output shows before its first render
+}
+
+void Session::createInstance(const std::vector<FrameJob>& jobs)
+{
+  jobs_ = jobs;
+  host::InstanceSettings settings;
+  settings.sourceConnected = !jobs.empty();
+  std::optional<Picture> first;
+  if (!jobs.empty())
+  {
+    first = read(jobs.front());
+    settings.projectSize = {static_cast<double>(first->spec.full_width), static_cast<double>(first->spec.full_height)};
+    settings.pixelAspect = first->spec.get_float_attribute("PixelAspectRatio", 1.0F);
+    settings.frameRate = frameRateOf(first->spec);
+    settings.components = first->frame.layout().components;
+    const auto [least, most] =
+        std::minmax_element(jobs.begin(), jobs.end(), [](const auto& a, const auto& b) { return a.time < b.time; });
+    settings.frameRange = {static_cast<double>(least->time), static_cast<double>(most->time)};
+  }
+  if (options_.project)
+  {
+    settings.project = loadProject(*options_.project, descriptor().params());
+  }
+  instance_ = plugin_->newInstance(settings);
+  if (first)
+  {
+    attach(jobs.front(), *first);
+  }
+  if (const OfxStatus status = instance_->create(); status != kOfxStatOK)
+  {
+    throw RenderError(fmt::format("the plug-in could not make an instance ({}): {}", host::statusName(status),
+                                  observer_.lastComplaint()));
+  }
+  instance_->clipPreferences();
+  instance_->timeDomain();
+  for (const Edit& edit : options_.edits)
+  {
+    runEdit(edit);
+  }
+}
+
+void Session::runEdit(const Edit& edit)
+{
+  const auto throughDialog = [&](const char* button)
+  {
+    setenv("MORVELLAN_FILE_DIALOG", ("accept:" + std::filesystem::absolute(edit.value).string()).c_str(), 1);
+    press(button);
+    unsetenv("MORVELLAN_FILE_DIALOG");
+  };
+  switch (edit.kind)
+  {
+  case Edit::Kind::LoadLook:
+    throughDialog("LoadLooks");
+    return;
+  case Edit::Kind::SaveLook:
+    throughDialog("SaveLooks");
+    return;
+  case Edit::Kind::Press:
+    press(edit.name);
+    return;
+  case Edit::Kind::Set:
+    break;
+  }
+  const host::Param& param = paramNamed(instance_->params(), edit.name);
+  host::ParamValue value;
+  try
+  {
+    value = parseValue(param, edit.value);
+  }
+  catch (const UsageError& error)
+  {
+    throw UsageError(inEdit(edit, error.what()));
+  }
+  if (!param.hasValue())
+  {
+    throw UsageError(inEdit(edit, fmt::format("a {} has no value", param.facts().label)));
+  }
+  const OfxStatus status = instance_->edit(edit.name, value);
+  if (status != kOfxStatOK && status != kOfxStatReplyDefault)
+  {
+    throw RenderError(
+        inEdit(edit, fmt::format("the plug-in refused ({}): {}", host::statusName(status), observer_.lastComplaint())));
+  }
+}
+
+void Session::press(const std::string& name)
+{
+  const host::Param& param = paramNamed(instance_->params(), name);
+  if (param.kind() != host::ParamKind::PushButton)
+  {
+    throw UsageError(fmt::format("{} is a {}, not a button; use --set {}=VALUE", name, param.facts().label, name));
+  }
+  const OfxStatus status = instance_->press(name);
+  if (status != kOfxStatOK && status != kOfxStatReplyDefault)
+  {
+    throw RenderError(
+        fmt::format("--press {} failed ({}): {}", name, host::statusName(status), observer_.lastComplaint()));
+  }
+}
+
+Session::Rendered Session::renderOne(const FrameJob& job, const Picture& picture)
+{
+  attach(job, picture);
+  const auto time = static_cast<double>(job.time);
+  const OfxRectD region = instance_->regionOfDefinition(time);
+  instance_->regionsOfInterest(time, region);
+  instance_->framesNeeded(time);
+  const auto started = std::chrono::steady_clock::now();
+  const auto elapsed = [&]
+  { return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - started).count(); };
+  if (const std::optional<host::Identity> identity = instance_->isIdentity(time))
+  {
+    const std::optional<host::Frame> source = sourceAt(identity->time);
+    if (!source || identity->clip != kOfxImageEffectSimpleSourceClipName)
+    {
+      throw RenderError(
+          fmt::format("frame {} is to be that of time {}, which is not among the inputs", job.time, identity->time));
+    }
+    return {*source, elapsed()};
+  }
+  // An effect that leaves its output untouched has decided that nothing is to be done.
+  const host::Frame output = picture.frame.clone();
+  const OfxStatus status = instance_->render(time, output);
+  if (status != kOfxStatOK)
+  {
+    const std::string complaint = observer_.lastComplaint();
+    throw RenderError(fmt::format("frame {} failed ({}){}{}", job.time, host::statusName(status),
+                                  complaint.empty() ? "" : ": ", complaint));
+  }
+  return {output, elapsed()};
+}
+
+void Session::render()
+{
+  watchForInterrupts();
+  const OfxRangeD range{static_cast<double>(jobs_.front().time), static_cast<double>(jobs_.back().time)};
+  const double step = jobs_.size() > 1 ? static_cast<double>(jobs_[1].time) - jobs_[0].time : 1.0;
+  instance_->beginSequence(range, step);
+  progress_.start(jobs_.size());
+  // The next picture is read and the last one written while a frame renders.
+  std::future<Picture> next;
+  std::future<void> written;
+  Picture picture = *current_;
+  for (std::size_t i = 0; i < jobs_.size(); ++i)
+  {
+    if (interrupted())
+    {
+      throw RenderError(fmt::format("interrupted before frame {}", jobs_[i].time));
+    }
+    if (i + 1 < jobs_.size())
+    {
+      next = std::async(std::launch::async, [this, i] { return read(jobs_[i + 1]); });
+    }
+    Rendered rendered = renderOne(jobs_[i], picture);
+    if (interrupted())
+    {
+      throw RenderError(fmt::format("interrupted in frame {}", jobs_[i].time));
+    }
+    if (written.valid())
+    {
+      written.get();
+    }
+    written = std::async(std::launch::async, [this, i, rendered, picture]
+                         { writePicture(jobs_[i].output, rendered.frame, picture, options_.depth); });
+    if (i + 1 == jobs_.size())
+    {
+      written.get();
+    }
+    progress_.frameDone(jobs_[i].output.string(), rendered.milliseconds);
+    if (next.valid())
+    {
+      picture = next.get();
+    }
+  }
+  progress_.finish();
+  instance_->endSequence(range, step);
+}
+
+void Session::saveProject() const
+{
+  if (options_.saveProject)
+  {
+    tool::saveProject(*options_.saveProject, *instance_);
+  }
+}
+
+}  // namespace morvellan::tool
