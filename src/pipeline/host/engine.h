@@ -31,8 +31,8 @@ struct Engine
   // How many software devices the target has and whether they reach each other's memory; nothing on CUDA.
   void (*setSoftwareDevices)(int count, bool peerAccess);
 
-  // Renders one frame and returns when the destination is filled. Throws std::bad_alloc when the frame's buffers can't be
-  // had; what the destination then holds is undefined.
+  // Renders one frame and returns when the destination is filled. Throws std::bad_alloc when the frame's buffers can't
+  // be had; what the destination then holds is undefined.
   void (*render)(const RenderJob& job);
 };
 

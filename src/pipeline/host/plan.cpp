@@ -538,8 +538,8 @@ private:
     if (p.targetWidth != p.frameWidth || p.targetHeight != p.frameHeight)
     {
       add(Stage::Download, Work::Clear, "", Slot::None, Slot::Output, ClipFields::None, packed ? 3 : 4);
-      add(Stage::Download, Work::Pad, packed ? "Pad2DArrayRGB" : "Pad2DArrayRGBA", image, Slot::Output, ClipFields::None,
-          packed ? 3 : 4);
+      add(Stage::Download, Work::Pad, packed ? "Pad2DArrayRGB" : "Pad2DArrayRGBA", image, Slot::Output,
+          ClipFields::None, packed ? 3 : 4);
       image = Slot::Output;
     }
     if (!fourChannels() && !packed)

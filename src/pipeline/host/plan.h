@@ -26,8 +26,8 @@ enum class Stage
 std::string_view stageName(Stage stage);
 
 // Where pixels are. FrameA and FrameB are RGBA frames of the current size; Packed is FrameB's memory holding three
-// floats a pixel; Cropped is a device frame of the crop's size on its way to the resampler; Output is a cleared frame of
-// the output's size.
+// floats a pixel; Cropped is a device frame of the crop's size on its way to the resampler; Output is a cleared frame
+// of the output's size.
 enum class Slot
 {
   None,
