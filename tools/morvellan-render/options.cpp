@@ -41,12 +41,13 @@ constexpr const char* footer = "INPUT and OUTPUT are files, or sequences as shot
 
 void addOptions(CLI::App& app, Options& options, RawOptions& raw)
 {
-  app.add_option("INPUT", options.inputs, "Pictures, or a sequence; any format that OpenImageIO reads");
+  app.option_defaults()->take_last();  // a later option overrides an earlier one
+  app.add_option("INPUT", options.inputs, "Pictures, or a sequence; any format that OpenImageIO reads")->take_all();
   app.add_option("-o,--output", options.output, "The picture or sequence to write: .exr .dpx .tif .png .jpg");
   app.add_option("--frames", raw.frames, "A-B or A-BxSTEP; a frame's number is its render time");
   // One value each: the words after it are inputs again.
   const auto repeated = [&](const char* name, std::vector<std::string>& values, const char* help)
-  { app.add_option(name, values, help)->type_size(1)->allow_extra_args(false); };
+  { app.add_option(name, values, help)->type_size(1)->allow_extra_args(false)->take_all(); };
   repeated("--set", raw.sets, "NAME=VALUE: a user edit, in the order given; a Choice by index or label, RGB as r,g,b");
   repeated("--press", raw.presses, "NAME: a push button, as a user edit");
   repeated("--look", raw.looks, "FILE: loads a Look, as a user edit");

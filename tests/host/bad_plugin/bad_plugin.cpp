@@ -28,6 +28,12 @@ bool told(std::string_view misuse)
   return chosen != nullptr && misuse == chosen;
 }
 
+const char* variable(const char* name)
+{
+  const char* const value = std::getenv(name);
+  return value == nullptr ? "unset" : value;
+}
+
 OfxParamSetHandle paramSetOf(OfxImageEffectHandle effect)
 {
   OfxParamSetHandle set = nullptr;
@@ -462,7 +468,8 @@ OfxStatus changed(OfxImageEffectHandle effect, OfxPropertySetHandle in)
   }
   if (std::strcmp(name, "About") == 0)
   {
-    messages->message(effect, kOfxMessageMessage, "", "%s", "Gain : one multiplication");
+    messages->message(effect, kOfxMessageMessage, "", "Gain : device %s, threads %s, trace %s",
+                      variable("MORVELLAN_DEVICE"), variable("MORVELLAN_THREADS"), variable("MORVELLAN_TRACE"));
   }
   if (std::strcmp(name, "Bypass") == 0)
   {

@@ -1,0 +1,330 @@
+// The tool renders pictures and sequences through a plug-in: values, order of edits, projects, formats, metadata.
+#include <cmath>
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include "tests/tool/tool_run.h"
+
+namespace morvellan::test
+{
+namespace
+{
+
+using OIIO::TypeDesc;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+std::string textOf(const OIIO::ImageSpec& spec, const char* attribute)
+{
+  const auto* const found = spec.find_attribute(attribute);
+  return found == nullptr ? "" : found->get_string();
+}
+
+class RenderTest : public ToolTest
+{
+protected:
+  RenderTest() { save(path("in.exr"), ramp(7, 5, 3, TypeDesc::FLOAT)); }
+
+  // Renders in.exr to out.exr with these further arguments, and returns the factor from one to the other.
+  float factor(std::vector<std::string> more, const ToolSetting& setting = {})
+  {
+    std::vector<std::string> arguments{path("in.exr"), "-o", path("out.exr"), "--device", "cpu"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    const ToolRun run = runTool(arguments, setting);
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    const TestPicture before = load(path("in.exr"));
+    const TestPicture after = load(path("out.exr"));
+    if (before.values.size() != after.values.size())
+    {
+      ADD_FAILURE() << "the sizes differ";
+      return 0.0F;
+    }
+    const float gain = after.values.back();
+    for (std::size_t i = 0; i < before.values.size(); ++i)
+    {
+      EXPECT_EQ(after.values[i], before.values[i] * gain) << "value " << i;
+    }
+    return gain;
+  }
+};
+
+TEST_F(RenderTest, MultipliesEveryValue)
+{
+  EXPECT_EQ(factor({"--set", "Gain=2.5"}), 2.5F);
+  EXPECT_THAT(files(), ElementsAre("in.exr", "out.exr"));
+}
+
+TEST_F(RenderTest, PassesTheSourceOnWhereTheEffectIsIdentity)
+{
+  EXPECT_EQ(factor({}), 1.0F);
+}
+
+TEST_F(RenderTest, RunsEditsInTheOrderGiven)
+{
+  // Turning the bypass on sets the gain to 1.
+  EXPECT_EQ(factor({"--set", "Gain=2", "--set", "Bypass=on"}), 1.0F);
+  EXPECT_EQ(factor({"--set", "Bypass=on", "--set", "Gain=2"}), 2.0F);
+  EXPECT_EQ(factor({"--set", "Bypass=on", "--press", "About", "--set", "Gain=3"}), 3.0F);
+}
+
+TEST_F(RenderTest, AProjectRunsNoRules)
+{
+  writeFile("project.json", R"({"params": {"Gain": 2.0, "Bypass": true, "Tint": [0.1, 0.2, 0.3], "Note": "hello"}})");
+  EXPECT_EQ(factor({"--project", path("project.json")}), 2.0F);
+  EXPECT_EQ(factor({"--project", path("project.json"), "--set", "Gain=4"}), 4.0F);
+}
+
+TEST_F(RenderTest, SavesAProjectThatGivesTheSamePicture)
+{
+  EXPECT_EQ(factor({"--set", "Gain=0.3", "--set", "Tint=0.25,0.5,1", "--set", "Mode=Multiply Twice", "--save-project",
+                    path("saved.json")}),
+            0.3F * 0.3F);
+  const auto saved = nlohmann::json::parse(readFile("saved.json"));
+  EXPECT_EQ(saved["params"]["Gain"], 0.3);
+  EXPECT_EQ(saved["params"]["Mode"], 2);
+  EXPECT_EQ(saved["params"]["Bypass"], false);
+  EXPECT_EQ(saved["params"]["Tint"], nlohmann::json({0.25, 0.5, 1.0}));
+  EXPECT_FALSE(saved["params"].contains("About"));
+  EXPECT_EQ(factor({"--project", path("saved.json")}), 0.3F * 0.3F);
+}
+
+TEST_F(RenderTest, SavesAProjectWithoutRendering)
+{
+  const ToolRun run = runTool({"--device", "cpu", "--set", "Gain=2", "--save-project", path("saved.json")});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_EQ(nlohmann::json::parse(readFile("saved.json"))["params"]["Gain"], 2.0);
+}
+
+TEST_F(RenderTest, TakesAChoiceByIndexOrLabel)
+{
+  EXPECT_EQ(factor({"--set", "Gain=2", "--set", "Mode=2"}), 4.0F);
+  EXPECT_EQ(factor({"--set", "Gain=2", "--set", "Mode=Multiply Twice"}), 4.0F);
+  EXPECT_EQ(factor({"--set", "Gain=2", "--set", "Mode= multiply twice "}), 4.0F);
+  EXPECT_EQ(factor({"--set", "Gain=2", "--set", "Mode=Multiply"}), 2.0F);
+}
+
+TEST_F(RenderTest, GivesTheEnvironmentToThePlugin)
+{
+  const auto about = [&](std::vector<std::string> more, const ToolSetting& setting = {})
+  {
+    more.insert(more.end(), {"--press", "About", path("in.exr"), "-o", path("out.exr")});
+    const ToolRun run = runTool(more, setting);
+    EXPECT_EQ(run.exitCode, 0);
+    return run.err;
+  };
+  EXPECT_THAT(about({"--device", "cpu"}), HasSubstr("device cpu, threads unset, trace unset"));
+  EXPECT_THAT(about({"--device", "cpu:3", "--threads", "2", "--trace"}), HasSubstr("device cpu:3, threads 2, trace 1"));
+  EXPECT_THAT(about({"--device", "host"}), HasSubstr("device unset"));
+  EXPECT_THAT(about({"--device", "host"}, {.environment = {{"MORVELLAN_DEVICE", "cpu:5"}}}), HasSubstr("device cpu:5"));
+  // The small effect never has a GPU: it would pass its source on.
+  EXPECT_THAT(about({}), testing::AllOf(HasSubstr("device: CPU, since no GPU is usable"), HasSubstr("device cpu")));
+}
+
+TEST_F(RenderTest, RendersSequences)
+{
+  for (const int frame : {8, 9, 10, 12})
+  {
+    std::filesystem::copy(path("in.exr"),
+                          path("shot." + std::string(frame < 10 ? "000" : "00") + std::to_string(frame) + ".exr"));
+  }
+  ToolRun run = runTool({path("shot.%04d.exr"), "-o", path("a.##.exr"), "--device", "cpu", "--set", "Gain=2"});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(files(), testing::IsSupersetOf({"a.08.exr", "a.09.exr", "a.10.exr", "a.12.exr"}));
+  EXPECT_THAT(run.err, HasSubstr("a.12.exr (4 of 4)"));
+  run = runTool({path("shot.####.exr"), "-o", path("b.%d.exr"), "--frames", "8-12x2", "--device", "cpu"});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(files(), testing::IsSupersetOf({"b.8.exr", "b.10.exr", "b.12.exr"}));
+  EXPECT_EQ(load(path("a.12.exr")).values.back(), 2.0F);
+}
+
+TEST_F(RenderTest, RendersSeveralFilesAtTheirNumbers)
+{
+  std::filesystem::copy(path("in.exr"), path("x7.exr"));
+  std::filesystem::copy(path("in.exr"), path("x3.exr"));
+  const ToolRun run = runTool({path("x7.exr"), path("x3.exr"), "-o", path("y%d.exr"), "--device", "cpu"});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(files(), testing::IsSupersetOf({"y3.exr", "y7.exr"}));
+}
+
+TEST_F(RenderTest, RendersAStillAtSeveralTimes)
+{
+  const ToolRun run = runTool({path("in.exr"), "-o", path("y.%03d.exr"), "--frames", "-1-1", "--device", "cpu"});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(files(), testing::IsSupersetOf({"y.-001.exr", "y.000.exr", "y.001.exr"}));
+}
+
+TEST_F(RenderTest, MakesTheFolderOfTheOutput)
+{
+  EXPECT_EQ(runTool({path("in.exr"), "-o", path("new/folder/out.exr"), "--device", "cpu"}).exitCode, 0);
+  EXPECT_TRUE(std::filesystem::exists(path("new/folder/out.exr")));
+}
+
+TEST_F(RenderTest, ConvertsComponents)
+{
+  EXPECT_EQ(runTool({path("in.exr"), "-o", path("rgba.exr"), "--components", "rgba", "--device", "cpu"}).exitCode, 0);
+  const TestPicture rgba = load(path("rgba.exr"));
+  ASSERT_EQ(rgba.spec.nchannels, 4);
+  EXPECT_EQ(rgba.values[3], 1.0F);
+  EXPECT_EQ(rgba.values[4], load(path("in.exr")).values[3]);
+  EXPECT_EQ(runTool({path("rgba.exr"), "-o", path("rgb.exr"), "--components", "rgb", "--device", "cpu"}).exitCode, 0);
+  EXPECT_EQ(load(path("rgb.exr")).values, load(path("in.exr")).values);
+}
+
+TEST_F(RenderTest, SpreadsOneChannelOverThree)
+{
+  save(path("grey.exr"), ramp(4, 4, 1, TypeDesc::FLOAT));
+  EXPECT_EQ(runTool({path("grey.exr"), "-o", path("rgb.exr"), "--device", "cpu"}).exitCode, 0);
+  const TestPicture rgb = load(path("rgb.exr"));
+  ASSERT_EQ(rgb.spec.nchannels, 3);
+  EXPECT_EQ(rgb.values[3], rgb.values[5]);
+  EXPECT_EQ(rgb.values[3], load(path("grey.exr")).values[1]);
+}
+
+TEST_F(RenderTest, KeepsMetadataTimeCodesAndWindows)
+{
+  TestPicture picture = ramp(6, 4, 3, TypeDesc::HALF);
+  picture.spec.x = 3;
+  picture.spec.y = -2;
+  picture.spec.full_x = 1;
+  picture.spec.full_width = 20;
+  picture.spec.full_height = 10;
+  const std::array<unsigned int, 2> timeCode{0x01020304, 0};
+  const std::array<int, 2> rate{24000, 1001};
+  picture.spec.attribute("smpte:TimeCode", OIIO::TypeTimeCode, timeCode.data());
+  picture.spec.attribute("FramesPerSecond", OIIO::TypeRational, rate.data());
+  picture.spec.attribute("Copyright", "somebody");
+  picture.spec.attribute("compression", "dwaa");
+  save(path("meta.exr"), picture);
+  ASSERT_EQ(runTool({path("meta.exr"), "-o", path("out.exr"), "--set", "Gain=2", "--device", "cpu"}).exitCode, 0);
+  const OIIO::ImageSpec out = load(path("out.exr")).spec;
+  EXPECT_EQ(out.format, TypeDesc::HALF);
+  EXPECT_EQ(out.x, 3);
+  EXPECT_EQ(out.y, -2);
+  EXPECT_EQ(out.full_x, 1);
+  EXPECT_EQ(out.full_width, 20);
+  EXPECT_EQ(out.full_height, 10);
+  EXPECT_EQ(out.get_string_attribute("Copyright"), "somebody");
+  EXPECT_EQ(textOf(out, "smpte:TimeCode"), "01:02:03:04");
+  EXPECT_EQ(textOf(out, "FramesPerSecond"), "24000/1001");
+  // The input's lossy compression would alter values once more.
+  EXPECT_EQ(out.get_string_attribute("compression"), "zip");
+
+  ASSERT_EQ(runTool({path("meta.exr"), "-o", path("out.dpx"), "--device", "cpu"}).exitCode, 0);
+  ASSERT_EQ(runTool({path("out.dpx"), "-o", path("back.exr"), "--device", "cpu"}).exitCode, 0);
+  const OIIO::ImageSpec back = load(path("back.exr")).spec;
+  EXPECT_EQ(textOf(back, "smpte:TimeCode"), "01:02:03:04");
+  EXPECT_EQ(textOf(back, "FramesPerSecond"), "24000/1001");
+  EXPECT_EQ(back.get_string_attribute("Copyright"), "somebody");
+}
+
+TEST_F(RenderTest, KeepsColoursUnderTransparentAlpha)
+{
+  TestPicture picture = ramp(8, 8, 4, TypeDesc::UINT8);
+  picture.values[3] = 0.0F;
+  picture.values[0] = 1.0F;
+  save(path("in.png"), picture);
+  ASSERT_EQ(runTool({path("in.png"), "-o", path("out.png"), "--device", "cpu"}).exitCode, 0);
+  EXPECT_EQ(load(path("out.png")).values, load(path("in.png")).values);
+  ASSERT_EQ(runTool({path("in.png"), "-o", path("out.tif"), "--device", "cpu"}).exitCode, 0);
+  EXPECT_EQ(load(path("out.tif")).values, load(path("in.png")).values);
+}
+
+TEST_F(RenderTest, DropsAnAlphaThatJpegCannotHold)
+{
+  save(path("in.png"), ramp(8, 8, 4, TypeDesc::UINT8));
+  ASSERT_EQ(runTool({path("in.png"), "-o", path("out.jpg"), "--device", "cpu"}).exitCode, 0);
+  EXPECT_EQ(load(path("out.jpg")).spec.nchannels, 3);
+}
+
+struct DepthCase
+{
+  const char* extension;
+  const char* depth;
+  float greatest;  // of an integer's codes; 0 for floating point
+};
+
+class DepthTest : public ToolTest, public testing::WithParamInterface<DepthCase>
+{
+};
+
+TEST_P(DepthTest, RoundsToTheNearestCode)
+{
+  save(path("in.exr"), ramp(16, 9, 3, TypeDesc::FLOAT));
+  const std::string out = path(std::string("out.") + GetParam().extension);
+  const ToolRun run = runTool({path("in.exr"), "-o", out, "--depth", GetParam().depth, "--device", "cpu"});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  const TestPicture before = load(path("in.exr"));
+  const TestPicture after = load(out);
+  ASSERT_EQ(after.values.size(), before.values.size());
+  const float greatest = GetParam().greatest;
+  for (std::size_t i = 0; i < before.values.size(); ++i)
+  {
+    const float value = before.values[i];
+    const float expected = greatest > 0.0F ? std::round(value * greatest) / greatest : value;
+    const float tolerance = std::string(GetParam().depth) == "half" ? value * 0x1p-11F
+                            : greatest == 1023.0F                   ? 0x1p-15F
+                                                                    : 1e-7F;
+    EXPECT_NEAR(after.values[i], expected, tolerance) << "value " << i;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, DepthTest,
+                         testing::Values(DepthCase{"exr", "half", 0}, DepthCase{"exr", "float", 0},
+                                         DepthCase{"dpx", "uint8", 255}, DepthCase{"dpx", "uint10", 1023},
+                                         DepthCase{"dpx", "uint16", 65535}, DepthCase{"tif", "uint8", 255},
+                                         DepthCase{"tif", "uint10", 1023}, DepthCase{"tif", "uint16", 65535},
+                                         DepthCase{"tiff", "float", 0}, DepthCase{"tif", "half", 0},
+                                         DepthCase{"png", "uint8", 255}, DepthCase{"png", "uint16", 65535}),
+                         [](const auto& info) { return std::string(info.param.extension) + "_" + info.param.depth; });
+
+TEST_F(RenderTest, ClampsWhatIntegersCannotHold)
+{
+  TestPicture picture = ramp(2, 1, 3, TypeDesc::FLOAT);
+  picture.values = {-1.0F, 2.0F, std::nanf(""), INFINITY, -INFINITY, 0.5F};
+  save(path("wild.exr"), picture);
+  ASSERT_EQ(runTool({path("wild.exr"), "-o", path("out.png"), "--device", "cpu"}).exitCode, 0);
+  const TestPicture out = load(path("out.png"));
+  EXPECT_THAT(std::vector<float>(out.values.begin(), out.values.begin() + 5), ElementsAre(0, 1, 0, 1, 0));
+}
+
+TEST_F(RenderTest, TenBitsGoRoundUnchanged)
+{
+  save(path("in.exr"), ramp(64, 16, 3, TypeDesc::FLOAT));
+  ASSERT_EQ(runTool({path("in.exr"), "-o", path("a.dpx"), "--depth", "uint10", "--device", "cpu"}).exitCode, 0);
+  ASSERT_EQ(runTool({path("a.dpx"), "-o", path("b.dpx"), "--device", "cpu"}).exitCode, 0);
+  EXPECT_EQ(load(path("b.dpx")).spec.get_int_attribute("oiio:BitsPerSample"), 10);
+  EXPECT_EQ(load(path("a.dpx")).values, load(path("b.dpx")).values);
+}
+
+TEST_F(RenderTest, TalksAsToldTo)
+{
+  const std::vector<std::string> render{path("in.exr"), "-o", path("out.exr"), "--device", "cpu", "--set", "Gain=2"};
+  const auto talk = [&](std::vector<std::string> more, const ToolSetting& setting = {})
+  {
+    more.insert(more.end(), render.begin(), render.end());
+    return runTool(more, setting);
+  };
+  EXPECT_THAT(talk({}).err, HasSubstr("out.exr (1 of 1): "));
+  EXPECT_THAT(talk({}).out, IsEmpty());
+  EXPECT_THAT(talk({"--quiet", "--press", "About"}).err, IsEmpty());
+  const ToolSetting misusing{.environment = {{"BAD_PLUGIN", "property of another set"}}};
+  EXPECT_THAT(talk({}, misusing).err, Not(HasSubstr("misuse")));
+  EXPECT_THAT(talk({"--verbose"}, misusing).err, HasSubstr("misuse of the interface: [OfxActionDescribe]"));
+}
+
+TEST_F(RenderTest, DrawsABarOnATerminal)
+{
+  const std::vector<std::string> still{path("in.exr"), "-o", path("y.%03d.exr"), "--frames", "1-4", "--device", "cpu"};
+  const ToolRun run = runTool(still, {.terminal = true});
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_THAT(run.err, HasSubstr("[##############################] 4/4"));
+  EXPECT_THAT(run.err, HasSubstr("frames/s"));
+  EXPECT_THAT(run.err, HasSubstr("4 of 4 frames in "));
+  EXPECT_THAT(runTool(still).err, Not(HasSubstr("[###")));
+}
+
+}  // namespace
+}  // namespace morvellan::test
