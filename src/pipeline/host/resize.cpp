@@ -66,7 +66,7 @@ private:
   {
     for (int x = begin; x < end; ++x)
     {
-      std::array<float, filterTaps * rgba> held;
+      std::array<float, std::size_t{filterTaps} * rgba> held;
       const int first = columns.first[static_cast<std::size_t>(x)];
       for (int tap = 0; tap < filterTaps; ++tap)
       {
@@ -106,7 +106,7 @@ void Resize::prepare(const ConstImageView& from, const ImageView& to)
 
 std::size_t Resize::scratchFloats()
 {
-  return static_cast<std::size_t>(rowsKept) * (stripWidth * rgba + rowPadding);
+  return std::size_t{rowsKept} * (std::size_t{stripWidth} * rgba + rowPadding);
 }
 
 void Resize::run()
