@@ -21,6 +21,13 @@ constexpr std::array sizeParameters{"SourceWidth", "SourceHeight", "SourceWidthO
 constexpr int lastFittedPreset = 34;
 constexpr double aspectTolerance = 0.01;
 
+// The integer part of a length. Regions may be without bounds; what no int holds fits no preset either.
+int wholeOf(double length)
+{
+  constexpr double most = 1e9;
+  return length > 0.0 ? static_cast<int>(std::min(length, most)) : 0;
+}
+
 // The choice whose preset has that size and, where one is given, that pixel aspect; Custom Size where none has.
 int fittingChoice(params::Size size, std::optional<double> pixelAspect)
 {
@@ -69,11 +76,11 @@ void MorvellanPlugin::fitSizes(double time)
   {
     const OfxRectD region = sourceClip_.regionOfDefinition(time);
     const double aspect = sourceClip_.pixelAspectRatio();
-    const params::Size size{static_cast<int>(region.x2 - region.x1), static_cast<int>(region.y2 - region.y1)};
+    const params::Size size{wholeOf(region.x2 - region.x1), wholeOf(region.y2 - region.y1)};
     apply(size, fittingChoice(size, aspect == 0.0 ? 1.0 : aspect), true);
   }
-  const params::Size project{static_cast<int>(properties().getDouble(kOfxImageEffectPropProjectSize, 0)),
-                             static_cast<int>(properties().getDouble(kOfxImageEffectPropProjectSize, 1))};
+  const params::Size project{wholeOf(properties().getDouble(kOfxImageEffectPropProjectSize, 0)),
+                             wholeOf(properties().getDouble(kOfxImageEffectPropProjectSize, 1))};
   const int choice = fittingChoice(project, std::nullopt);
   apply(project, choice, choice == params::customResolution);
 }

@@ -1,5 +1,4 @@
 // The render action: the two images are fetched and judged, the parameters captured, and the frame sent its way.
-#include <algorithm>
 #include <cstdio>
 
 #include "entry/exceptions.h"
@@ -12,19 +11,6 @@
 
 namespace morvellan
 {
-
-namespace
-{
-
-// A frame smaller than the control allows leaves the control at its least: a host may refuse less.
-void writeBack(const ParameterHandles& parameters, const SizeCorrection& correction)
-{
-  const double value = std::max(static_cast<double>(correction.value), params::at(correction.name).range->min);
-  if (parameters.number(correction.name) != value)
-    parameters.setNumber(correction.name, value);
-}
-
-}  // namespace
 
 void MorvellanPlugin::render(const OFX::RenderArguments& arguments)
 {
@@ -82,7 +68,11 @@ void MorvellanPlugin::renderFrame(double time, const OFX::Image& source, const O
                              .time = time};
   const CaptureOutcome outcome = captureFrame(CurrentValues(*parameters_), request, params_, tables_.grain());
   for (const SizeCorrection& correction : outcome.corrections.list())
-    writeBack(*parameters_, correction);
+  {
+    // A frame smaller than the least of the control: it stands there already, and a write would call for a new render.
+    if (parameters_->number(correction.name) != ParameterHandles::heldInRange(correction.name, correction.value))
+      parameters_->setNumber(correction.name, correction.value);
+  }
 
   if (outcome.route == FrameRoute::untouched)
     return;

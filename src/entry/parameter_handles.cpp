@@ -1,6 +1,7 @@
 // Fetches handles by kind, and moves numbers in and out of them whatever their kind.
 #include "entry/parameter_handles.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 #include <fmt/format.h>
@@ -99,10 +100,18 @@ params::Rgb ParameterHandles::rgbAt(std::string_view name, double time) const
   wrongKind(name, "colour");
 }
 
+double ParameterHandles::heldInRange(std::string_view name, double value)
+{
+  const auto& range = params::at(name).range;
+  if (!range)
+    return value;
+  return value >= range->min ? std::min(value, range->max) : range->min;
+}
+
 void ParameterHandles::setNumber(std::string_view name, double value) const
 {
   withNumber(handle(name), name,
-             [value](const auto& param)
+             [value = heldInRange(name, value)](const auto& param)
              {
                using P = std::decay_t<decltype(param)>;
                if constexpr (std::is_same_v<P, OFX::DoubleParam>)

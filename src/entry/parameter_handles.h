@@ -28,10 +28,14 @@ public:
   params::Rgb rgb(std::string_view name) const;
   params::Rgb rgbAt(std::string_view name, double time) const;
 
+  /// Sets what heldInRange makes of the value: hosts differ in what they do with one outside the control's range.
   void setNumber(std::string_view name, double value) const;
   void setRgb(std::string_view name, const params::Rgb& value) const;
 
   const OFX::Param& param(std::string_view name) const;
+
+  /// A value outside the control's range at its end, NaN at its least.
+  static double heldInRange(std::string_view name, double value);
 
 private:
   // Groups hold no value and have no handle.

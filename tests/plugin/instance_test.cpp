@@ -233,8 +233,12 @@ TEST(InstanceChurn, AThousandComeAndGo)
 {
   const ConfigFolder folder;
   StrictHost host(MORVELLAN_BUNDLE, pluginOptions(folder, "cpu"));
-  for (int i = 0; i < 20; ++i)
-    host.destroy(host.create());
+  EffectInstance& effect = host.prepare();
+  for (int i = 0; i < 1000; ++i)
+  {
+    ASSERT_EQ(effect.create(), kOfxStatOK);
+    ASSERT_EQ(effect.destroy(), kOfxStatOK);
+  }
   EXPECT_THAT(host.persistentMessages(), IsEmpty());
   EXPECT_EQ(folder.content(), ConfigFolder::text(0, 0));
 }
