@@ -1,5 +1,8 @@
 // The making of an instance on machines of this kind and that, its identity and its end.
+#include <array>
+#include <atomic>
 #include <fstream>
+#include <mutex>
 
 #include <gmock/gmock.h>
 
@@ -154,6 +157,41 @@ TEST_F(Instance, TwoInstancesKeepTheirOwnValues)
       });
   runTogether(jobs);
   EXPECT_THAT(differences, ElementsAre(0.0F, 0.0F));
+}
+
+// A host that renders frames of two instances from eight threads, one frame of an instance at a time.
+TEST_F(Instance, EightThreadsGiveThePixelsOfOne)
+{
+  const std::array<EffectInstance*, 2> effects{
+      &made({{"Exposure", 0.1}}), &made({{"Exposure", -0.05}, {"SoftClips", 1}, {"CameraHighlightsCeiling", 0.7}})};
+  std::array<host::Frame, 6> sources{rampOf(40, 30), rampOf(64, 16),
+                                     rampOf(17, 33), rampOf(40, 30, host::Components::Rgb),
+                                     rampOf(12, 90), rampOf(33, 33)};
+  const auto frame = [&](std::size_t effect, std::size_t source)
+  { return renderFrame(*effects[effect], sources[source], static_cast<double>(source)); };
+  std::vector<host::Frame> expected;
+  for (std::size_t effect = 0; effect < effects.size(); ++effect)
+    for (std::size_t source = 0; source < sources.size(); ++source)
+      expected.push_back(frame(effect, source));
+
+  std::array<std::mutex, 2> oneFrameAtATime;
+  std::atomic<int> wrong{0};
+  std::vector<std::function<void()>> jobs;
+  for (std::size_t thread = 0; thread < 8; ++thread)
+    jobs.emplace_back(
+        [&, thread]
+        {
+          for (std::size_t i = 0; i < 24; ++i)
+          {
+            const std::size_t effect = (thread + i) % effects.size();
+            const std::size_t source = (thread * 5 + i) % sources.size();
+            const std::lock_guard lock(oneFrameAtATime[effect]);
+            if (greatestDifference(frame(effect, source), expected[effect * sources.size() + source]) != 0.0F)
+              ++wrong;
+          }
+        });
+  runTogether(jobs);
+  EXPECT_EQ(wrong, 0);
 }
 
 TEST_F(Instance, PlainActionsDoNothing)

@@ -244,6 +244,23 @@ TEST_F(Render, SizesBeyondTheFrameAreWrittenBackFromTheRender)
   EXPECT_THAT(written, testing::UnorderedElementsAre("SourceWidth", "TargetHeight"));
 }
 
+TEST_F(Render, AnExposureOfATenthDoublesLinearPixels)
+{
+  EffectInstance& effect = instance({{"Exposure", 0.1}});
+  for (const Components components : {Components::Rgb, Components::Rgba})
+  {
+    const Frame source = rampOf(24, 12, components);
+    const Frame result = renderFrame(effect, source);
+    const std::size_t channels = components == Components::Rgb ? 3 : 4;
+    for (int y = 0; y < 12; ++y)
+      for (std::size_t i = 0; i < 24 * channels; ++i)
+      {
+        const float value = source.row(y)[i];
+        EXPECT_NEAR(result.row(y)[i], i % channels < 3 ? 2.0F * value : value, 2e-6F * value + 1e-7F);
+      }
+  }
+}
+
 TEST_F(Render, SizeRgbOfZeroIsNoGrain)
 {
   EffectInstance& effect = instance({{"GrainBypass", false}, {"SizeRGB", 0.0}});

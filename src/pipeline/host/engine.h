@@ -2,6 +2,7 @@
 // decided by the build, and which of them runs by the machine and the environment variable MORVELLAN_DEVICE.
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string_view>
 
@@ -34,6 +35,10 @@ struct Engine
   // Renders one frame and returns when the destination is filled. Throws std::bad_alloc when the frame's buffers can't
   // be had; what the destination then holds is undefined.
   void (*render)(const RenderJob& job);
+
+  // Host memory that the target copies from quickly, page-locked on CUDA; null where it can't be had.
+  void* (*allocatePinned)(std::size_t bytes);
+  void (*releasePinned)(void* memory);
 };
 
 // Every engine of this binary, lowest CPU level first, cuda last.
