@@ -26,26 +26,21 @@ constexpr const char* variable = "MORVELLAN_DEVICE";
 struct Probe
 {
   bool usable;
-  std::string why;  // the first persistent message, where it is not
+  std::string why;  // the last persistent message, where it is not
 };
 
-class FirstMessage : public host::Observer
+// The last one is about the devices; what comes before it is about files.
+class LastMessage : public host::Observer
 {
 public:
-  void persistentMessage(const host::Message& message) override
-  {
-    if (text.empty())
-    {
-      text = message.text;
-    }
-  }
+  void persistentMessage(const host::Message& message) override { text = message.text; }
 
   std::string text;
 };
 
 Probe askPlugin(const std::filesystem::path& bundle)
 {
-  FirstMessage observer;
+  LastMessage observer;
   host::Host host(toolTraits(), observer);
   host::LoadedPlugin plugin(host, bundle);
   plugin.load();

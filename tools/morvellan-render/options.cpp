@@ -114,10 +114,11 @@ std::vector<Edit> editsInOrder(const CLI::App& app, const RawOptions& raw)
 
 void check(const Options& options, const RawOptions& raw)
 {
-  static const std::regex devices(R"(auto|cuda|cpu|cpu:[1-9]\d?|host)");
+  static const std::regex devices(R"(auto|cuda|cpu|cpu:(?:[1-9]|1[0-6])|host)");
   if (!std::regex_match(options.device, devices))
   {
-    throw UsageError(fmt::format("there is no device {}; use auto, cuda, cpu, cpu:N or host", options.device));
+    throw UsageError(
+        fmt::format("there is no device {}; use auto, cuda, cpu, cpu:N with N from 1 to 16, or host", options.device));
   }
   if (raw.quiet && raw.verbose)
   {
