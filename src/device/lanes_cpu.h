@@ -288,6 +288,10 @@ MORVELLAN_INLINE Word operator^(Word a, Word b)
 {
   return hw::Xor(a.v, b.v);
 }
+MORVELLAN_INLINE Word exclusiveOr(Word a, Word b, Word c)
+{
+  return hw::Xor3(a.v, b.v, c.v);
+}
 template <int Bits>
 MORVELLAN_INLINE Word shiftLeft(Word a)
 {
@@ -312,6 +316,11 @@ MORVELLAN_INLINE Real toReal(Int a)
 {
   return hw::ConvertTo(RealTag(), a.v);
 }
+// To the nearest float, ties to even.
+MORVELLAN_INLINE Real toReal(Word a)
+{
+  return hw::ConvertTo(RealTag(), a.v);
+}
 MORVELLAN_INLINE Int toInt(Real a)
 {
   return hw::ConvertTo(IntTag(), a.v);
@@ -331,6 +340,25 @@ MORVELLAN_INLINE Word toWord(Int a)
 MORVELLAN_INLINE Int toInt(Word a)
 {
   return hw::BitCast(IntTag(), a.v);
+}
+
+// The lanes that a mask holds, packed to the front. Vectors are stored whole: what follows the packed lanes is not
+// defined.
+MORVELLAN_INLINE int countOf(Mask m)
+{
+  return static_cast<int>(hw::CountTrue(RealTag(), m.m));
+}
+MORVELLAN_INLINE Int packed(Int a, Mask m)
+{
+  return hw::Compress(a.v, hw::RebindMask(IntTag(), m.m));
+}
+MORVELLAN_INLINE Word packed(Word a, Mask m)
+{
+  return hw::Compress(a.v, hw::RebindMask(WordTag(), m.m));
+}
+MORVELLAN_INLINE float firstLane(Real a)
+{
+  return hw::GetLane(a.v);
 }
 
 // Interleaved pixels: four or three channels of `lanes` neighbouring pixels.

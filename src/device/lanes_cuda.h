@@ -265,6 +265,10 @@ MORVELLAN_INLINE Word operator^(Word a, Word b)
 {
   return a.v ^ b.v;
 }
+MORVELLAN_INLINE Word exclusiveOr(Word a, Word b, Word c)
+{
+  return a.v ^ b.v ^ c.v;
+}
 template <int Bits>
 MORVELLAN_INLINE Word shiftLeft(Word a)
 {
@@ -285,6 +289,10 @@ MORVELLAN_INLINE Mask operator==(Word a, Word b)
 }
 
 MORVELLAN_INLINE Real toReal(Int a)
+{
+  return static_cast<float>(a.v);
+}
+MORVELLAN_INLINE Real toReal(Word a)
 {
   return static_cast<float>(a.v);
 }
@@ -311,6 +319,23 @@ MORVELLAN_INLINE Word toWord(Int a)
 MORVELLAN_INLINE Int toInt(Word a)
 {
   return static_cast<int32_t>(a.v);
+}
+
+MORVELLAN_INLINE int countOf(Mask m)
+{
+  return m.m ? 1 : 0;
+}
+MORVELLAN_INLINE Int packed(Int a, Mask)
+{
+  return a;
+}
+MORVELLAN_INLINE Word packed(Word a, Mask)
+{
+  return a;
+}
+MORVELLAN_INLINE float firstLane(Real a)
+{
+  return a.v;
 }
 
 MORVELLAN_INLINE void loadInterleaved(const float* at, Real& r, Real& g, Real& b, Real& a)

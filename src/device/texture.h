@@ -36,4 +36,18 @@ MORVELLAN_INLINE Real fetch(const Texture2d& t, Int x, Int y)
   return gather(t.values, row * Int(t.width) + column);
 }
 
+// The same for one value in code without lanes.
+MORVELLAN_INLINE float texel(const Texture1d& t, int index)
+{
+  const int last = t.count - 1;
+  return t.values[index < 0 ? 0 : (index > last ? last : index)];
+}
+
+MORVELLAN_INLINE float texel(const Texture2d& t, int x, int y)
+{
+  const int column = x < 0 ? 0 : (x > t.width - 1 ? t.width - 1 : x);
+  const int row = y < 0 ? 0 : (y > t.height - 1 ? t.height - 1 : y);
+  return t.values[static_cast<ptrdiff_t>(row) * t.width + column];
+}
+
 }  // namespace morvellan::MORVELLAN_TARGET

@@ -31,6 +31,7 @@ void FrameRun::run()
       job.trace->enterStage(stageName(step.stage));
     runStep(step);
   }
+  release();
 }
 
 void FrameRun::runStep(const Step& step)
@@ -48,9 +49,10 @@ void FrameRun::runStep(const Step& step)
   case Work::Lab:
   case Work::Soup:
   case Work::Print:
-  case Work::Render:
   case Work::Expand:
     throw std::runtime_error("the film stages are not built in");
+  case Work::Render:
+    return render();
   case Work::Resample:
     return resample(step);
   case Work::Enhance:

@@ -8,6 +8,7 @@
 #include "colour/soft_clip.h"
 #include "device/memory.h"
 #include "device/queue.h"
+#include "pipeline/grain_input.h"
 #include "pipeline/host/engine.h"
 #include "pipeline/host/plan.h"
 
@@ -29,10 +30,12 @@ private:
   void colour(const Step& step);
   void halation();
   void bands(const Step& step);
+  void render();
   void resample(const Step& step);
   void enhance();
   void clear(const Step& step);
   void pad(const Step& step);
+  void release();
 
   float* frame(Slot slot);
   SoftClip softClip(ClipFields fields) const;
@@ -50,7 +53,8 @@ private:
 
   Buffer<float> frameA, frameB, scratchPlane, cropped, output;
   std::array<Buffer<float>, 4> planes;  // red, green, blue, alpha
-  Buffer<float> resampled;              // host memory, what the enhancer reads
+  std::vector<GrainInput> grainInputs;
+  Buffer<float> resampled;  // host memory, what the enhancer reads
 };
 
 }  // namespace morvellan::MORVELLAN_TARGET
