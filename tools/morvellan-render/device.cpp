@@ -2,6 +2,7 @@
 // loads it first and asks an instance that has something to render whether it would pass its source on.
 #include "device.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <exception>
@@ -105,10 +106,15 @@ Probe probeGpu(const char* device, const std::filesystem::path& bundle)
   return {WEXITSTATUS(status) == 0, why};
 }
 
-std::string firstLine(const std::string& text)
+// What the plug-in said, up to the end of its first sentence.
+std::string firstSentence(const std::string& text)
 {
   const auto begin = text.find_first_not_of(" \n");
-  return begin == std::string::npos ? "the plug-in gave no reason" : text.substr(begin, text.find('\n', begin) - begin);
+  if (begin == std::string::npos)
+  {
+    return "the plug-in gave no reason";
+  }
+  return text.substr(begin, std::min(text.find('\n', begin), text.find(". ", begin)) - begin);
 }
 
 }  // namespace
@@ -127,13 +133,13 @@ void chooseDevice(const std::string& request, const std::filesystem::path& bundl
   const Probe probe = probeGpu(request.c_str(), bundle);
   if (request == "cuda" && !probe.usable)
   {
-    throw RenderError(fmt::format("no GPU is usable ({}); use --device cpu", firstLine(probe.why)));
+    throw RenderError(fmt::format("no GPU is usable ({}); use --device cpu", firstSentence(probe.why)));
   }
   setenv(variable, probe.usable ? request.c_str() : "cpu", 1);
   if (request == "auto" && talk != Talk::Quiet)
   {
     progress.line(probe.usable ? "device: GPU"
-                               : fmt::format("device: CPU, since no GPU is usable ({})", firstLine(probe.why)));
+                               : fmt::format("device: CPU, since no GPU is usable ({})", firstSentence(probe.why)));
   }
 }
 
