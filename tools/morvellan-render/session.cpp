@@ -129,21 +129,46 @@ void Session::createInstance(const std::vector<FrameJob>& jobs)
   }
 }
 
+// The plug-in's file dialog is answered by a variable of the environment instead of a person.
+void Session::throughDialog(const char* button, const std::filesystem::path& file)
+{
+  setenv("MORVELLAN_FILE_DIALOG", ("accept:" + std::filesystem::absolute(file).string()).c_str(), 1);
+  press(button);
+  unsetenv("MORVELLAN_FILE_DIALOG");
+}
+
+void Session::loadLook(const std::filesystem::path& file)
+{
+  std::error_code failure;
+  if (!std::filesystem::exists(file, failure))
+  {
+    throw RenderError(fmt::format("the Look {} does not exist; check the name", file.string()));
+  }
+  throughDialog("LoadLooks", file);
+}
+
+void Session::saveLook(const std::filesystem::path& file)
+{
+  prepareFolderOf(file);
+  throughDialog("SaveLooks", file);
+  std::error_code failure;
+  if (!std::filesystem::exists(file, failure))
+  {
+    const std::string complaint = observer_.lastComplaint();
+    throw RenderError(
+        fmt::format("the Look {} was not written{}{}", file.string(), complaint.empty() ? "" : ": ", complaint));
+  }
+}
+
 void Session::runEdit(const Edit& edit)
 {
-  const auto throughDialog = [&](const char* button)
-  {
-    setenv("MORVELLAN_FILE_DIALOG", ("accept:" + std::filesystem::absolute(edit.value).string()).c_str(), 1);
-    press(button);
-    unsetenv("MORVELLAN_FILE_DIALOG");
-  };
   switch (edit.kind)
   {
   case Edit::Kind::LoadLook:
-    throughDialog("LoadLooks");
+    loadLook(edit.value);
     return;
   case Edit::Kind::SaveLook:
-    throughDialog("SaveLooks");
+    saveLook(edit.value);
     return;
   case Edit::Kind::Press:
     press(edit.name);

@@ -40,6 +40,9 @@ private:
   std::optional<host::Frame> sourceAt(double time);
   void attach(const FrameJob& job, const Picture& picture);
   void runEdit(const Edit& edit);
+  void throughDialog(const char* button, const std::filesystem::path& file);
+  void loadLook(const std::filesystem::path& file);
+  void saveLook(const std::filesystem::path& file);
   Rendered renderOne(const FrameJob& job, const Picture& picture);
   Picture read(const FrameJob& job) const;
 
