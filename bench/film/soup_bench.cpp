@@ -38,7 +38,7 @@ struct SoupFrame
     return {.exposure = exposure.data(),
             .image = image.data(),
             .image2 = image2.data(),
-            .alpha = alpha.data(),
+            .planes = {.alpha = alpha.data()},
             .density = density.data(),
             .width = width,
             .height = height,
@@ -86,14 +86,14 @@ SoupLook everything(bool zones)
   return look;
 }
 
-void run(benchmark::State& state, SoupMember member, const SoupLook& look, int inputGamut = 47)
+void run(benchmark::State& state, const char* kernel, const SoupLook& look, int inputGamut = 47)
 {
   const tbb::global_control oneThread(tbb::global_control::max_allowed_parallelism, 1);
   const SoupFrame frame;
   const SoupArguments arguments = frame.arguments(look, inputGamut);
   for ([[maybe_unused]] auto _ : state)
   {
-    launchSoup(Queue{}, member, arguments);
+    launchSoup(Queue{}, kernel, arguments);
     synchronize();
   }
   perPixel(state);
@@ -101,23 +101,23 @@ void run(benchmark::State& state, SoupMember member, const SoupLook& look, int i
 
 void soupDefaults(benchmark::State& state)
 {
-  run(state, SoupMember::Plain, defaults());
+  run(state, "film_soup_cuda_out", defaults());
 }
 void soupDefaultsToInput(benchmark::State& state)
 {
-  run(state, SoupMember::Plain, defaults(), 11);
+  run(state, "film_soup_cuda_out", defaults(), 11);
 }
 void soupBleach(benchmark::State& state)
 {
-  run(state, SoupMember::Bleach, defaults());
+  run(state, "film_soup_cuda_out_bleach", defaults());
 }
 void soupEverything(benchmark::State& state)
 {
-  run(state, SoupMember::Vectors, everything(false));
+  run(state, "film_soup_cuda_out_hue_chr_vib", everything(false));
 }
 void soupEverythingInZones(benchmark::State& state)
 {
-  run(state, SoupMember::Vectors, everything(true));
+  run(state, "film_soup_cuda_out_hue_chr_vib", everything(true));
 }
 
 BENCHMARK(soupDefaults)->Name("soup/defaults")->Unit(benchmark::kMillisecond);

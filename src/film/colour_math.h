@@ -1,8 +1,9 @@
 // Small arithmetic on colours that the film routines share.
 #pragma once
 
+#include "colour/film_space.h"
 #include "colour/log_c4.h"
-#include "colour/matrix.h"
+#include "colour/working_spaces.h"
 #include "device/math.h"
 #include "device/pixels.h"
 
@@ -78,6 +79,19 @@ MORVELLAN_INLINE Rgb filmDecode(Rgb v)
 {
   const Real one(1.0f);
   return filmDecodeOpen(Rgb{min(v.r, one), min(v.g, one), min(v.b, one)});
+}
+
+// Range compression of linear film colour by its luminance, as grain wants it, and back.
+MORVELLAN_INLINE Rgb compressFilm(Rgb c)
+{
+  constexpr Row3 luminance = awg4Luminance;
+  return compressRange(luminance, c);
+}
+
+MORVELLAN_INLINE Rgb expandFilm(Rgb c)
+{
+  constexpr Row3 luminance = awg4Luminance;
+  return expandRange(luminance, c);
 }
 
 }  // namespace morvellan::MORVELLAN_TARGET

@@ -1,19 +1,32 @@
 // The Soup: from the laboratory's planes to a graded negative. Cast and tints, the colour attributes, the tone curve,
-// silver retention and the density, then out to the frame.
+// silver retention and the density, then out to the frame. Its kernels differ in what they leave out and where they
+// write.
 #pragma once
+
+#include <span>
+#include <string_view>
 
 #include "colour/film_space.h"
 #include "device/launch.h"
 #include "film/attribute_engine.h"
 #include "film/cast.h"
+#include "film/look_frames.h"
 #include "film/silver.h"
 #include "film/tone.h"
 
 namespace morvellan::MORVELLAN_TARGET
 {
 
-// The light that passes the laboratory's developed density, per exposure.
-inline constexpr float developedGain = 2058.0f;
+struct SoupSettings
+{
+  CastSettings cast;
+  AttributeBlock attributes;
+  bool refine = false;
+  std::span<const RefinementSettings> refinements;
+  ToneSettings tone;
+  Silver silver;
+  DensityCurve density;
+};
 
 // What the Soup does to a pixel in one launch. It fits any of the family's members; each reads what it uses.
 struct SoupLook
@@ -25,23 +38,28 @@ struct SoupLook
   DensityCurve density;
 };
 
-enum class SoupMember
+SoupLook makeSoupLook(const SoupSettings& settings);
+
+enum class LookMember
 {
   Plain,
   Vectors,  // with hue vectors
   Bleach,   // with hue vectors and silver retention
 };
 
-constexpr bool hasVectors(SoupMember member)
+constexpr bool hasVectors(LookMember member)
 {
-  return member != SoupMember::Plain;
+  return member != LookMember::Plain;
 }
 
 // The smallest member that the settings allow.
-constexpr SoupMember chooseSoup(bool bleach, bool vectors)
+constexpr LookMember chooseMember(bool bleach, bool vectors)
 {
-  return bleach ? SoupMember::Bleach : vectors ? SoupMember::Vectors : SoupMember::Plain;
+  return bleach ? LookMember::Bleach : vectors ? LookMember::Vectors : LookMember::Plain;
 }
+
+// The light that passes the laboratory's developed density, per exposure.
+inline constexpr float developedGain = 2058.0f;
 
 // Linear light of the laboratory's planes, three floats a pixel each.
 MORVELLAN_INLINE Rgb developedLight(const float* exposure, const float* density, Pixels at)
@@ -53,18 +71,18 @@ MORVELLAN_INLINE Rgb developedLight(const float* exposure, const float* density,
 }
 
 // The first half of the Soup: a linear colour with its cast, tints and attributes.
-template <SoupMember Member>
+template <LookMember Member>
 MORVELLAN_INLINE Rgb gradeSoup(const SoupLook& look, Rgb linear)
 {
   return applyAttributes<hasVectors(Member)>(look.attributes, applyCast(look.cast, linear));
 }
 
-// The second half, on the working log of a colour: code values of the negative.
-template <SoupMember Member>
+// The second half: code values of the negative. With the tone curve off, silver is retained on the linear colour.
+template <LookMember Member>
 MORVELLAN_INLINE Rgb developSoup(const SoupLook& look, Rgb linear)
 {
   Rgb x;
-  if (Member != SoupMember::Bleach)
+  if (Member != LookMember::Bleach)
   {
     x = filmEncode(linear);
     if (look.tone.on)
@@ -77,10 +95,10 @@ MORVELLAN_INLINE Rgb developSoup(const SoupLook& look, Rgb linear)
   return filmDensity(look.density, look.tone.on, x);
 }
 
-// Where the frame goes after the Soup.
+// Where the frame goes after the Soup: on to the print as linear light, or back to the clip's encoding.
 struct SoupExit
 {
-  bool leaves = false;      // no print follows: back to the clip's encoding
+  bool leaves = false;
   bool workingLog = false;  // the clip is in the working log itself
   FilmExit exit;
 };
@@ -95,59 +113,78 @@ MORVELLAN_INLINE Rgb leaveSoup(const SoupExit& to, Rgb code)
   return to.leaves ? filmExit(to.exit, linear) : linear;
 }
 
-// The arguments of the three kernels. Frames hold `channels` floats a pixel, 3 or 4; with 4 the alpha plane is copied
-// into both. `image2` may be null.
+// Frames hold `channels` floats a pixel, 3 or 4; with 4 the alpha plane is copied into them. A member writes `image`
+// and, unless it is null, `image2`; or the three planes, whose alpha is the laboratory's alpha plane as it stands.
 struct SoupArguments
 {
-  const float* exposure;
-  float* image;
-  float* image2;
-  const float* alpha;
-  const float* density;
-  int width, height, channels;
-  SoupLook look;
-  SoupExit exit;
+  const float* exposure = nullptr;
+  float* image = nullptr;
+  float* image2 = nullptr;
+  LookPlanes planes = {};
+  const float* density = nullptr;
+  int width = 0, height = 0, channels = 4;
+  SoupLook look = {};
+  SoupExit exit = {};
 };
 
-// A pixel into a frame of 3 or 4 channels.
-MORVELLAN_INLINE void storePixel(float* image, int channels, Pixels at, Rgb c, Real alpha)
+template <LookMember Member>
+struct soup_to_frames
 {
-  if (channels == 4)
-    storeRgba(image, at, {c.r, c.g, c.b, alpha});
-  else
-    storeRgb(image, at, c);
-}
+  SoupArguments a;
 
-template <SoupMember Member>
-MORVELLAN_KERNEL void soupPixel(const SoupArguments& a, Pixels at)
-{
-  const Rgb linear = gradeSoup<Member>(a.look, developedLight(a.exposure, a.density, at));
-  const Rgb result = leaveSoup(a.exit, developSoup<Member>(a.look, linear));
-  const Real alpha = a.channels == 4 ? loadPlane(a.alpha, at) : Real(0.0f);
-  storePixel(a.image, a.channels, at, result, alpha);
-  if (a.image2)
-    storePixel(a.image2, a.channels, at, result, alpha);
-}
-
-struct film_soup_cuda_out
-{
-  SoupArguments arguments;
-  MORVELLAN_KERNEL void operator()(Pixels at) const { soupPixel<SoupMember::Plain>(arguments, at); }
+  MORVELLAN_KERNEL void operator()(Pixels at) const
+  {
+    const Rgb linear = gradeSoup<Member>(a.look, developedLight(a.exposure, a.density, at));
+    const Rgb result = leaveSoup(a.exit, developSoup<Member>(a.look, linear));
+    const Real alpha = a.channels == 4 ? loadPlane(a.planes.alpha, at) : Real(1.0f);
+    storePixel(a.image, a.channels, at, result, alpha);
+    if (a.image2)
+      storePixel(a.image2, a.channels, at, result, alpha);
+  }
 };
 
-struct film_soup_cuda_out_hue_chr_vib
+// Before the curves, compressed in range for grain.
+template <LookMember Member>
+struct soup_to_planes
 {
-  SoupArguments arguments;
-  MORVELLAN_KERNEL void operator()(Pixels at) const { soupPixel<SoupMember::Vectors>(arguments, at); }
+  SoupArguments a;
+
+  MORVELLAN_KERNEL void operator()(Pixels at) const
+  {
+    const Rgb linear = gradeSoup<Member>(a.look, developedLight(a.exposure, a.density, at));
+    storePlanes(a.planes, at, compressFilm(linear));
+  }
 };
 
-struct film_soup_cuda_out_bleach
+enum class SoupTarget
 {
-  SoupArguments arguments;
-  MORVELLAN_KERNEL void operator()(Pixels at) const { soupPixel<SoupMember::Bleach>(arguments, at); }
+  Frames,  // both frames, by the exit
+  Linear,  // one frame, as linear light
+  Planes,
 };
 
-// Launches the member over width * height pixels.
-void launchSoup(const Queue& queue, SoupMember member, const SoupArguments& arguments);
+struct SoupRow
+{
+  std::string_view kernel;
+  LookMember member;
+  SoupTarget target;
+};
+
+inline constexpr SoupRow soupRows[] = {
+    {"film_soup_cuda_out", LookMember::Plain, SoupTarget::Frames},
+    {"film_soup_cuda_out_hue_chr_vib", LookMember::Vectors, SoupTarget::Frames},
+    {"film_soup_cuda_out_bleach", LookMember::Bleach, SoupTarget::Frames},
+    {"lin_grain_display", LookMember::Plain, SoupTarget::Linear},
+    {"lin_grain_display_hue_chr_vib", LookMember::Vectors, SoupTarget::Linear},
+    {"lin_grain_display_bleach", LookMember::Bleach, SoupTarget::Linear},
+    {"lin_grain_rangecompress", LookMember::Plain, SoupTarget::Planes},
+    {"lin_grain_hue_chr_vib_lin_rangecompress", LookMember::Vectors, SoupTarget::Planes},
+};
+
+// The member for what follows the laboratory. Silver retention belongs to the density, which planes do not have yet.
+const SoupRow& chooseSoup(SoupTarget target, bool bleach, bool vectors);
+
+// Launches the named kernel over width * height pixels; false if the family has none of that name.
+bool launchSoup(const Queue& queue, std::string_view kernel, const SoupArguments& arguments);
 
 }  // namespace morvellan::MORVELLAN_TARGET

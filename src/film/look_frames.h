@@ -1,0 +1,46 @@
+// How the kernels of the look reach their frames: interleaved pixels of 3 or 4 channels, and planes.
+#pragma once
+
+#include "device/pixels.h"
+
+namespace morvellan::MORVELLAN_TARGET
+{
+
+// Three planes of one float a pixel, and the alpha that stands beside them; null where there is none.
+struct LookPlanes
+{
+  float* red = nullptr;
+  float* green = nullptr;
+  float* blue = nullptr;
+  float* alpha = nullptr;
+};
+
+MORVELLAN_INLINE Rgba loadPixel(const float* image, int channels, Pixels at)
+{
+  if (channels == 4)
+    return loadRgba(image, at);
+  const Rgb c = loadRgb(image, at);
+  return {c.r, c.g, c.b, Real(1.0f)};
+}
+
+MORVELLAN_INLINE void storePixel(float* image, int channels, Pixels at, Rgb c, Real alpha)
+{
+  if (channels == 4)
+    storeRgba(image, at, {c.r, c.g, c.b, alpha});
+  else
+    storeRgb(image, at, c);
+}
+
+MORVELLAN_INLINE Rgb loadPlanes(const LookPlanes& planes, Pixels at)
+{
+  return {loadPlane(planes.red, at), loadPlane(planes.green, at), loadPlane(planes.blue, at)};
+}
+
+MORVELLAN_INLINE void storePlanes(const LookPlanes& planes, Pixels at, Rgb c)
+{
+  storePlane(planes.red, at, c.r);
+  storePlane(planes.green, at, c.g);
+  storePlane(planes.blue, at, c.b);
+}
+
+}  // namespace morvellan::MORVELLAN_TARGET

@@ -1,0 +1,186 @@
+// The print: the negative's linear light through a print stock to code values of a display. Cast and tints, the colour
+// attributes, saturation, the tone scale, gamma and curves, silver retention, the display's gamut and encoding, and the
+// print's density in code values. Its kernels differ in what they leave out and where they write.
+#pragma once
+
+#include "film/display.h"
+#include "film/saturation.h"
+#include "film/soup.h"
+#include "film/tone_scale.h"
+
+namespace morvellan::MORVELLAN_TARGET
+{
+
+struct PrintSettings
+{
+  CastSettings cast;
+  AttributeBlock attributes;
+  bool refine = false;
+  std::span<const RefinementSettings> refinements;
+  float saturation = 1.0f;
+  PrintGamma gamma;
+  ToneSettings tone;  // live if any of its amounts is
+  Silver silver;
+  DensityCurve density;  // floor: black; ceiling: the printer's light
+  int profile = 0;       // from 6 on the stock's white is D55
+  int display = 0;
+  float peak = 100.0f;  // cd/m2
+};
+
+// What the print does to a pixel in one launch; each member reads what it uses. The matrices lead to the display's
+// linear primaries from weighted channels of the neutral space and from linear film colour.
+struct PrintLook
+{
+  Cast cast;
+  AttributeEngine attributes;
+  bool saturates = false;
+  Matrix3 saturation = identityMatrix;
+  ToneScale scale;
+  bool bends = false;  // any of gamma and tone is on
+  PrintGamma gamma;
+  ToneCurve tone;
+  Silver silver;
+  Matrix3 fromNeutral = identityMatrix;
+  Matrix3 fromFilm = identityMatrix;
+  DisplayEncoding encoding;
+  DensityCurve density;
+};
+
+PrintLook makePrintLook(const PrintSettings& settings);
+
+// The print's members are the look's three, and one that shows a negative without a stock.
+enum class PrintMember
+{
+  Plain,
+  Vectors,
+  Bleach,
+  Display,
+};
+
+constexpr LookMember lookOf(PrintMember member)
+{
+  return member == PrintMember::Bleach    ? LookMember::Bleach
+         : member == PrintMember::Vectors ? LookMember::Vectors
+                                          : LookMember::Plain;
+}
+
+// Everything of a stock before the tone scale, on linear light. The bleach has its curves here, without the gamma.
+template <PrintMember Member>
+MORVELLAN_INLINE Rgb gradePrint(const PrintLook& look, Rgb c)
+{
+  if (Member == PrintMember::Display)
+    return c;
+  c = applyAttributes<hasVectors(lookOf(Member))>(look.attributes, applyCast(look.cast, c));
+  if (look.saturates)
+    c = multiply(look.saturation, c);
+  if (Member == PrintMember::Bleach)
+  {
+    if (look.tone.on)
+      c = filmDecode(bendTone(look.tone, filmEncode(c)));
+    c = filmDecodeOpen(retainSilver(look.silver, c));
+  }
+  return c;
+}
+
+// Gamma and curves of linear light.
+MORVELLAN_INLINE Rgb bendPrint(const PrintLook& look, Rgb c)
+{
+  Rgb x = tilt(look.gamma, filmEncode(c));
+  if (look.tone.on)
+    x = bendTone(look.tone, x);
+  return filmDecode(x);
+}
+
+// The print's density, on code values of the display. Without a stock there is no power.
+MORVELLAN_INLINE Rgb printDensity(const DensityCurve& d, bool power, Rgb e)
+{
+  const auto channel = [&](int i, Real v) { return clamp01(densityOf(d, i, power ? filmicPower(d, v) : v)); };
+  return {channel(0, e.r), channel(1, e.g), channel(2, e.b)};
+}
+
+// From the tone scale to code values.
+template <PrintMember Member>
+MORVELLAN_INLINE Rgb displayPrint(const PrintLook& look, Rgb c)
+{
+  const Rgb y = scaleTone(look.scale, c);
+  constexpr bool stock = Member != PrintMember::Display;
+  constexpr bool bends = Member == PrintMember::Plain || Member == PrintMember::Vectors;
+  const Rgb linear = bends && look.bends ? multiply(look.fromFilm, bendPrint(look, fromWeightedNeutral(y)))
+                                         : multiply(look.fromNeutral, y);
+  return printDensity(look.density, stock, encodeDisplay(look.encoding, linear));
+}
+
+// Frames hold `channels` floats a pixel, 3 or 4. A member writes `image` in place and, unless it is null, `image2`,
+// with the alpha of `image`; or the planes, alpha too where there is a plane for it.
+struct PrintArguments
+{
+  float* image = nullptr;
+  float* image2 = nullptr;
+  LookPlanes planes = {};
+  int width = 0, height = 0, channels = 4;
+  PrintLook look = {};
+};
+
+template <PrintMember Member>
+struct print_to_frames
+{
+  PrintArguments a;
+
+  MORVELLAN_KERNEL void operator()(Pixels at) const
+  {
+    const Rgba p = loadPixel(a.image, a.channels, at);
+    const Rgb result = displayPrint<Member>(a.look, gradePrint<Member>(a.look, {p.r, p.g, p.b}));
+    storePixel(a.image, a.channels, at, result, p.a);
+    if (a.image2)
+      storePixel(a.image2, a.channels, at, result, p.a);
+  }
+};
+
+// Up to the tone scale, as linear light compressed in range for grain.
+template <PrintMember Member>
+struct print_to_planes
+{
+  PrintArguments a;
+
+  MORVELLAN_KERNEL void operator()(Pixels at) const
+  {
+    const Rgba p = loadPixel(a.image, a.channels, at);
+    const Rgb graded = positive(gradePrint<Member>(a.look, {p.r, p.g, p.b}));
+    const Rgb scaledLight = positive(fromWeightedNeutral(scaleTone(a.look.scale, graded)));
+    storePlanes(a.planes, at, compressFilm(scaledLight));
+    if (a.planes.alpha)
+      storePlane(a.planes.alpha, at, p.a);
+  }
+};
+
+enum class PrintTarget
+{
+  Frames,
+  Planes,
+};
+
+struct PrintRow
+{
+  std::string_view kernel;
+  PrintMember member;
+  PrintTarget target;
+};
+
+inline constexpr PrintRow printRows[] = {
+    {"film_print_cuda_out_pfe", PrintMember::Plain, PrintTarget::Frames},
+    {"film_print_cuda_out_hue_chr_vib_pfe", PrintMember::Vectors, PrintTarget::Frames},
+    {"film_print_cuda_out_bleach_pfe", PrintMember::Bleach, PrintTarget::Frames},
+    {"film_print_cuda_out_pfe_display", PrintMember::Display, PrintTarget::Frames},
+    {"lin_grain_display_custom_rangecompress_display", PrintMember::Plain, PrintTarget::Planes},
+    {"lin_grain_display_hue_chr_vib_rangecompress_display", PrintMember::Vectors, PrintTarget::Planes},
+    {"lin_grain_display_bleach_rangecompress_display", PrintMember::Bleach, PrintTarget::Planes},
+    {"lin_grain_display_rangecompress_display", PrintMember::Display, PrintTarget::Planes},
+};
+
+// The member for a stock (0 is none) and its settings.
+const PrintRow& choosePrint(PrintTarget target, int profile, bool bleach, bool vectors);
+
+// Launches the named kernel over width * height pixels; false if the family has none of that name.
+bool launchPrint(const Queue& queue, std::string_view kernel, const PrintArguments& arguments);
+
+}  // namespace morvellan::MORVELLAN_TARGET
