@@ -90,10 +90,11 @@ private:
   // Blue first, and its new value is part of the luminance that red and green then mix in.
   MORVELLAN_INLINE Rgb saturated(Rgb c) const
   {
+    constexpr Row3 weights = awg4Luminance;  // a constant of its own, which device code may refer to
     const Real keepColour = Real(saturation);
     const Real grey = Real(1.0f - saturation);
-    const Real blue = fma(keepColour, c.b, grey * dot(awg4Luminance, c));
-    const Real luminance = dot(awg4Luminance, {c.r, c.g, blue});
+    const Real blue = fma(keepColour, c.b, grey * dot(weights, c));
+    const Real luminance = dot(weights, {c.r, c.g, blue});
     return {fma(keepColour, c.r, grey * luminance), fma(keepColour, c.g, grey * luminance), blue};
   }
 

@@ -1,0 +1,209 @@
+// The laboratory without diffusion: the course of the tank is solved for on a sample and corrected by the frame.
+#include "film/laboratory.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "device/memory.h"
+#include "film/laboratory_sweep.h"
+
+namespace morvellan::MORVELLAN_TARGET
+{
+
+namespace
+{
+
+// Concentrations of the tank at the start of cycles 0 to 12; the first is given.
+using Course = std::array<double, labCycles>;
+using Sums = std::array<double, labExchanges>;
+
+// change[i][j]: how concentration i answers to one unit more of concentration j, by way of the pixels' sums.
+// Only earlier concentrations count, so that 1 - change is a triangle.
+using Jacobian = std::array<Course, labCycles>;
+
+constexpr double settled = 4e-7;  // of the first concentration: less than a float's rounding moves the picture
+constexpr ptrdiff_t smallestSampled = 50000;  // pixels; below, sweeping the frame is as quick as sampling it
+constexpr ptrdiff_t jacobianPixels = 2048;
+
+class Solver
+{
+public:
+  Solver(const Queue& queue, const LabFrame& frame, const LabSettings& settings)
+      : queue(queue), frame(frame), settings(settings), process(labProcess(settings, frame.width, frame.height)),
+        entry(makeFilmEntry(settings.inputGamut)), count(static_cast<ptrdiff_t>(frame.width) * frame.height)
+  {
+    course.fill(static_cast<double>(settings.concentration));
+  }
+
+  void run()
+  {
+    if (count >= smallestSampled)
+      solveSample();
+    Course answer = answerOf(sweepFrame(frame.source, nullptr), 1.0);
+    correct(answer);
+    // Each further sweep fixes at least one more concentration, so that this ends.
+    for (int sweep = 0; sweep < labCycles; ++sweep)
+    {
+      answer = answerOf(sweepFrame(nullptr, frame.density), 1.0);
+      if (distance(answer) <= settled)
+        break;
+      correct(answer);
+    }
+  }
+
+private:
+  LabSchedule schedule(const Course& c) const
+  {
+    LabSchedule s{};
+    for (size_t i = 0; i < labExchanges; ++i)
+    {
+      const bool agitates = process.agitates(static_cast<int>(i));
+      s.retain[i] = agitates ? 0.0f : process.retained;
+      s.add[i] = static_cast<float>(agitates ? c[i + 1] : static_cast<double>(process.replenished) * c[i]);
+    }
+    s.concentration = settings.concentration;
+    s.rate = process.rate;
+    std::copy_n(settings.silver, 3, s.silver);
+    return s;
+  }
+
+  // The course that the tank takes with these sums over the pixels, each standing for `share` pixels of the frame.
+  Course answerOf(const Sums& sums, double share) const
+  {
+    Course c{};
+    c[0] = static_cast<double>(settings.concentration);
+    for (size_t i = 0; i < labExchanges; ++i)
+    {
+      const double before = sums[i] * share;
+      const double after = static_cast<double>(process.retained) * before +
+                           static_cast<double>(count) * static_cast<double>(process.replenished) * c[i];
+      c[i + 1] = reservoirAfter(process, static_cast<int>(i), c[i], before, after);
+    }
+    return c;
+  }
+
+  double distance(const Course& answer) const
+  {
+    double largest = 0.0;
+    // The last concentration reaches a pixel only where the last exchange is an agitation.
+    const size_t used = process.agitates(labExchanges - 1) ? labCycles : labCycles - 1;
+    for (size_t i = 1; i < used; ++i)
+      largest = std::max(largest, std::fabs(answer[i] - course[i]));
+    return largest / static_cast<double>(settings.concentration);
+  }
+
+  // Newton's step towards the course that is its own answer.
+  void correct(const Course& answer)
+  {
+    Course step{};
+    for (size_t i = 1; i < labCycles; ++i)
+    {
+      step[i] = answer[i] - course[i];
+      for (size_t j = 1; j < i; ++j)
+        step[i] += change[i][j] * step[j];
+    }
+    for (size_t i = 1; i < labCycles; ++i)
+      course[i] += step[i];
+  }
+
+  void solveSample()
+  {
+    const ptrdiff_t sampled = count / (laboratory_sample::line * laboratory_sample::every);
+    const ptrdiff_t pixelsTaken = sampled * laboratory_sample::line;
+    const Buffer<float> sample(static_cast<size_t>(pixelsTaken) * 3);
+    launch(queue, items(static_cast<int>(sampled)),
+           laboratory_sample{.source = frame.source,
+                             .exposure = sample.data(),
+                             .channels = frame.channels,
+                             .entry = entry,
+                             .silver = {settings.silver[0], settings.silver[1], settings.silver[2]}});
+    const double share = static_cast<double>(count) / static_cast<double>(pixelsTaken);
+    const auto answer = [&] { return answerOf(sweep(nullptr, sample.data(), nullptr, pixelsTaken, course), share); };
+    for (int step = 0; step < 3; ++step)
+      course = answer();
+    differentiate(sample.data(), std::min(pixelsTaken, jacobianPixels));
+    for (int step = 0; step < 2; ++step)
+      correct(answer());
+  }
+
+  // One-sided differences on the first pixels of the sample.
+  void differentiate(float* sample, ptrdiff_t pixelsTaken)
+  {
+    const double share = static_cast<double>(count) / static_cast<double>(pixelsTaken);
+    const double nudge = 0.01 * static_cast<double>(settings.concentration);
+    const Course here = answerOf(sweep(nullptr, sample, nullptr, pixelsTaken, course), share);
+    for (size_t j = 1; j < labCycles; ++j)
+    {
+      Course moved = course;
+      moved[j] += nudge;
+      const Course there = answerOf(sweep(nullptr, sample, nullptr, pixelsTaken, moved), share);
+      for (size_t i = j + 1; i < labCycles; ++i)
+        change[i][j] = (there[i] - here[i]) / nudge;
+    }
+  }
+
+  Sums sweepFrame(const float* source, float* density) { return sweep(source, frame.exposure, density, count, course); }
+
+  Sums sweep(const float* source, float* exposure, float* density, ptrdiff_t pixelsTaken, const Course& c)
+  {
+    return process.retained > 1.0f ? sweepAs<true>(source, exposure, density, pixelsTaken, c)
+                                   : sweepAs<false>(source, exposure, density, pixelsTaken, c);
+  }
+
+  template <bool Capped>
+  Sums sweepAs(const float* source, float* exposure, float* density, ptrdiff_t pixelsTaken, const Course& c)
+  {
+    const int itemCount = sweepItems(pixelsTaken);
+    const size_t partialCount = static_cast<size_t>(itemCount) * labExchanges;
+    const Buffer<double> partials(partialCount);
+    launchNamed(queue, nameOf(source, density), items(itemCount),
+                laboratory_sweep<Capped>{.source = source,
+                                         .exposure = exposure,
+                                         .alpha = frame.alpha,
+                                         .density = density,
+                                         .count = pixelsTaken,
+                                         .channels = frame.channels,
+                                         .entry = entry,
+                                         .schedule = schedule(c),
+                                         .partials = partials.data(),
+                                         .items = itemCount});
+    std::vector<double> host(partialCount);
+    copy(host.data(), partials.data(), partialCount * sizeof(double), CopyKind::DeviceToHost);
+    Sums sums{};
+    for (size_t i = 0; i < labExchanges; ++i)
+      for (size_t item = 0; item < static_cast<size_t>(itemCount); ++item)
+        sums[i] += host[i * static_cast<size_t>(itemCount) + item];
+    return sums;
+  }
+
+  std::string_view nameOf(const float* source, const float* density) const
+  {
+    if (source)
+      return frame.channels == 4 ? "film_lab_init+laboratory_sweep" : "film_lab_init_RGB+laboratory_sweep";
+    return density ? "laboratory_sweep+develop_cuda" : "laboratory_sample_sweep";
+  }
+
+  const Queue& queue;
+  const LabFrame& frame;
+  const LabSettings& settings;
+  const LabProcess process;
+  const FilmEntry entry;
+  const ptrdiff_t count;
+  Course course{};
+  Jacobian change{};
+};
+
+}  // namespace
+
+void laboratory(const Queue& queue, const LabFrame& frame, const LabSettings& settings)
+{
+  if (frame.width <= 0 || frame.height <= 0)
+    return;
+  if (settings.lowDiffusion || settings.highDiffusion)
+    laboratoryByKernels(queue, frame, settings);
+  else
+    Solver(queue, frame, settings).run();
+}
+
+}  // namespace morvellan::MORVELLAN_TARGET

@@ -1,0 +1,238 @@
+// A pixel's whole development in registers, given the course of the tank: what the laboratory's fast way runs over the
+// frame. It adds up the sums that the tank's course must agree with.
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+#include "device/launch.h"
+#include "film/laboratory_kernels.h"
+
+namespace morvellan::MORVELLAN_TARGET
+{
+
+inline constexpr int labExchanges = labCycles - 1;  // the last cycle's is not seen by any pixel
+
+// The exchanges as each pixel meets them: developer * retain + add after each cycle but the last. After an agitation
+// retain is 0 and add the tank's new concentration.
+struct LabSchedule
+{
+  float retain[labExchanges], add[labExchanges];
+  float concentration, rate;
+  float silver[3];
+};
+
+namespace detail
+{
+
+#ifdef MORVELLAN_TARGET_IS_CUDA
+inline constexpr int sweepItem =
+    16;  // pixels of a work item, `items` apart so that neighbouring threads read side by side
+inline constexpr int sweepGroups = 1;
+#else
+inline constexpr int sweepItem = 2048;                   // pixels of a work item, one after the other
+inline constexpr int sweepGroups = lanes == 16 ? 2 : 1;  // side by side, where there are registers for it
+#endif
+
+// Thirteen cycles of `Groups` groups of pixels. sums[i] grows by the developer after cycle i, before its exchange, of
+// the pixels that are inside. Without Capped the consumption has no upper bound, which it cannot reach while pixels do
+// not gain by an exchange.
+template <bool Capped, int Groups>
+MORVELLAN_INLINE void developPixels(const LabSchedule& s, const Rgb (&exposure)[Groups], Rgb (&density)[Groups],
+                                    int inside, Real (&sums)[labExchanges])
+{
+  const Real zero = Real(0.0f);
+  // Silver is kept times the rate, and used up by as much.
+  const Real silverUse = Real(labSilverUse * s.rate);
+  const Real developerUse = Real(-labDeveloperUse);
+  const auto channel = [&](Real e, Real& d, Real& store, Real c)
+  {
+    const Real developed = c * store;
+    Real used = max(e * (d * (developed * d)), zero);
+    if constexpr (Capped)
+      used = min(used, Real(labFullScale));
+    d = developed + d;
+    store = fma(-used, silverUse, store);
+    return used;
+  };
+  Rgb silver[Groups];
+  Real developer[Groups];
+#pragma GCC unroll 2
+  for (int k = 0; k < Groups; ++k)
+  {
+    silver[k] = {Real(s.silver[0] * s.rate), Real(s.silver[1] * s.rate), Real(s.silver[2] * s.rate)};
+    density[k] = {Real(labFirstDensity), Real(labFirstDensity), Real(labFirstDensity)};
+    developer[k] = Real(s.concentration);
+  }
+#pragma GCC unroll 1
+  for (int cycle = 0; cycle < labExchanges; ++cycle)
+  {
+    const Real retain = Real(s.retain[cycle]);
+    const Real add = Real(s.add[cycle]);
+#pragma GCC unroll 2
+    for (int k = 0; k < Groups; ++k)
+    {
+      const Real c = developer[k];
+      const Real r = channel(exposure[k].r, density[k].r, silver[k].r, c);
+      const Real g = channel(exposure[k].g, density[k].g, silver[k].g, c);
+      const Real b = channel(exposure[k].b, density[k].b, silver[k].b, c);
+      const Real left = max(fma((r + g) + b, developerUse, c), zero);
+      developer[k] = fma(left, retain, add);
+      sums[cycle] = sums[cycle] + (inside < lanes ? select(firstLanes(inside), left, zero) : left);
+    }
+  }
+#pragma GCC unroll 2
+  for (int k = 0; k < Groups; ++k)
+    density[k] = {fma(developer[k], silver[k].r, density[k].r), fma(developer[k], silver[k].g, density[k].g),
+                  fma(developer[k], silver[k].b, density[k].b)};
+}
+
+}  // namespace detail
+
+// How many work items a sweep over `count` pixels has.
+inline int sweepItems(ptrdiff_t count)
+{
+  return static_cast<int>((count + detail::sweepItem - 1) / detail::sweepItem);
+}
+
+// Sweeps over `count` pixels, in a launch over items(sweepItems(count)). A sweep with a source decodes it to exposure
+// and alpha first; another reads exposure. Without density only the sums are wanted. partials[i * items + item] is the
+// item's share of the sum after cycle i, which is the same on any number of threads.
+template <bool Capped>
+struct laboratory_sweep
+{
+  const float* source;
+  float* exposure;
+  float* alpha;
+  float* density;
+  ptrdiff_t count;
+  int channels;
+  FilmEntry entry;
+  LabSchedule schedule;
+  double* partials;
+  int items;
+
+  MORVELLAN_KERNEL void operator()(int item) const
+  {
+    double totals[labExchanges][lanes] = {};
+    constexpr int step = lanes * detail::sweepGroups;
+    // A run is short enough for its sums to be added in float.
+    constexpr int run = 16 * step < detail::sweepItem ? 16 * step : detail::sweepItem;
+    for (int from = 0; from < detail::sweepItem; from += run)
+    {
+      Real sums[labExchanges];
+      for (Real& sum : sums)
+        sum = Real(0.0f);
+      for (int i = from; i < from + run; i += step)
+        develop<detail::sweepGroups>(item, i, sums);
+      addTo(totals, sums);
+    }
+    for (int cycle = 0; cycle < labExchanges; ++cycle)
+    {
+      double total = 0.0;
+      for (int k = 0; k < lanes; ++k)
+        total += totals[cycle][k];
+      partials[static_cast<ptrdiff_t>(cycle) * items + item] = total;
+    }
+  }
+
+private:
+  MORVELLAN_INLINE ptrdiff_t index(int item, int i) const
+  {
+    return lanes == 1 ? item + static_cast<ptrdiff_t>(i) * items : static_cast<ptrdiff_t>(item) * detail::sweepItem + i;
+  }
+
+  template <int Groups>
+  MORVELLAN_INLINE void develop(int item, int i, Real (&sums)[labExchanges]) const
+  {
+    const ptrdiff_t first = index(item, i);
+    const ptrdiff_t left = count - first;
+    if (left >= Groups * lanes)
+    {
+      developInside<Groups>(first, lanes, sums);
+      return;
+    }
+    for (int k = 0; k < Groups; ++k)
+      if (left > k * lanes)
+        developInside<1>(first + k * lanes, left - k * lanes < lanes ? static_cast<int>(left - k * lanes) : lanes,
+                         sums);
+  }
+
+  template <int Groups>
+  MORVELLAN_INLINE void developInside(ptrdiff_t first, int inside, Real (&sums)[labExchanges]) const
+  {
+    Rgb e[Groups];
+    Rgb d[Groups];
+#pragma GCC unroll 2
+    for (int k = 0; k < Groups; ++k)
+      e[k] = exposed(Pixels{0, 0, first + k * lanes, inside});
+    detail::developPixels<Capped, Groups>(schedule, e, d, inside, sums);
+    if (!density)
+      return;
+#pragma GCC unroll 2
+    for (int k = 0; k < Groups; ++k)
+      storeRgb(density, Pixels{0, 0, first + k * lanes, inside}, d[k]);
+  }
+
+  MORVELLAN_INLINE Rgb exposed(Pixels at) const
+  {
+    if (!source)
+      return loadRgb(exposure, at);
+    const Rgb store = {Real(schedule.silver[0]), Real(schedule.silver[1]), Real(schedule.silver[2])};
+    const Rgb e = latentImage(entry, store, loadColour(source, at, channels));
+    storeRgb(exposure, at, e);
+    if (channels == 4)
+      storePlane(alpha, at, loadRgba(source, at).a);
+    return e;
+  }
+
+  MORVELLAN_INLINE static void addTo(double (&totals)[labExchanges][lanes], const Real (&sums)[labExchanges])
+  {
+    for (int cycle = 0; cycle < labExchanges; ++cycle)
+    {
+      float values[lanes];
+      store(values, sums[cycle]);
+      for (int k = 0; k < lanes; ++k)
+        totals[cycle][k] += static_cast<double>(values[k]);
+    }
+  }
+};
+
+// One line of `line` pixels out of each `every` lines of a frame, at a place that a hash chooses, as exposures one
+// after the other; in a launch over items(the number of lines taken).
+struct laboratory_sample
+{
+  static constexpr int line = 4;  // RGBA pixels of a cache line
+  static constexpr int every = 64;
+
+  const float* source;
+  float* exposure;
+  int channels;
+  FilmEntry entry;
+  float silver[3];
+
+  MORVELLAN_KERNEL void operator()(int item) const
+  {
+    const Rgb store = {Real(silver[0]), Real(silver[1]), Real(silver[2])};
+    const ptrdiff_t chosen = static_cast<ptrdiff_t>(item) * every + static_cast<ptrdiff_t>(hash(item) % every);
+    for (int i = 0; i < line; i += lanes)
+    {
+      const int inside = line - i < lanes ? line - i : lanes;
+      storeRgb(exposure, Pixels{0, 0, static_cast<ptrdiff_t>(item) * line + i, inside},
+               latentImage(entry, store, loadColour(source, Pixels{0, 0, chosen * line + i, inside}, channels)));
+    }
+  }
+
+  // Wang's integer hash.
+  MORVELLAN_INLINE static uint32_t hash(int item)
+  {
+    auto x = static_cast<uint32_t>(item);
+    x = (x ^ 61u) ^ (x >> 16);
+    x *= 9u;
+    x ^= x >> 4;
+    x *= 0x27d4eb2du;
+    return x ^ (x >> 15);
+  }
+};
+
+}  // namespace morvellan::MORVELLAN_TARGET

@@ -1,0 +1,353 @@
+// The laboratory: published results on uniform frames, the process's numbers, and the sweep in registers against the
+// chain of kernels.
+#include "film/laboratory.h"
+
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include <tbb/global_control.h>
+
+#include "film/laboratory_kernels.h"
+#include "tests/support/device_arrays.h"
+#include "tests/support/engine_test.h"
+#include "tests/support/name_list.h"
+
+namespace morvellan::MORVELLAN_TARGET
+{
+
+namespace
+{
+
+using Values = std::vector<float>;
+using Way = void (*)(const Queue&, const LabFrame&, const LabSettings&);
+
+constexpr int logC4 = 47;
+constexpr int linearRec709 = 0;
+
+LabSettings defaults(int w, int h)
+{
+  return {.silver = {1.0f, 1.0f, 1.0f},
+          .developmentTime = 100.0f,
+          .concentration = 1.0f,
+          .agitation = 3,
+          .replenish = 0.2f,
+          .spectrumBand = 0.5f,
+          .lowDiffusion = false,
+          .highDiffusion = false,
+          .lowWidth = 0.0f,
+          .detailGain = 0.0f,
+          .areaScale = static_cast<float>(w) * 0.00041666668f * static_cast<float>(h),
+          .inputGamut = logC4};
+}
+
+float code(double linear)
+{
+  return static_cast<float>((std::log2(linear * 2231.82642 + 64.0) - 6.0) * 0.0647954196 + 0.092864126);
+}
+
+Values uniform(int w, int h, float value)
+{
+  return Values(static_cast<size_t>(w) * static_cast<size_t>(h) * 4, value);
+}
+
+// Code values of a picture with smooth and rough places, black to well above white.
+Values picture(int w, int h, int channels = 4)
+{
+  std::mt19937 generator(23);
+  std::uniform_real_distribution<float> noise(-0.05f, 0.05f);
+  Values values(static_cast<size_t>(w) * static_cast<size_t>(h) * static_cast<size_t>(channels));
+  for (size_t i = 0; i < values.size(); ++i)
+  {
+    const auto at = static_cast<float>(i / static_cast<size_t>(channels) % static_cast<size_t>(w));
+    values[i] = 0.35f + 0.3f * std::sin(at * 0.11f + static_cast<float>(i % 3)) + noise(generator);
+  }
+  return values;
+}
+
+struct Developed
+{
+  Values exposure, density, alpha, linear;
+};
+
+Developed developed(const Values& frame, int w, int h, int channels, const LabSettings& settings, Way way = laboratory,
+                    LaunchObserver* observer = nullptr)
+{
+  const size_t count = static_cast<size_t>(w) * static_cast<size_t>(h);
+  const Buffer<float> source = upload(frame);
+  const Buffer<float> second(frame.size());
+  const Buffer<float> exposure(count * 3);
+  const Buffer<float> density(count * 3);
+  const Buffer<float> alpha = upload(Values(count, -1.0f));
+  way(Queue{0, observer},
+      LabFrame{.source = source.data(),
+               .second = second.data(),
+               .exposure = exposure.data(),
+               .density = density.data(),
+               .alpha = alpha.data(),
+               .width = w,
+               .height = h,
+               .channels = channels},
+      settings);
+  if (!settings.lowDiffusion && !settings.highDiffusion)
+  {
+    EXPECT_EQ(download(source), frame);
+  }
+  Developed result{download(exposure), download(density), download(alpha), {}};
+  result.linear.resize(count * 3);
+  for (size_t i = 0; i < count * 3; ++i)
+    result.linear[i] = result.density[i] * result.density[i] * result.exposure[i] * labOutputGain;
+  return result;
+}
+
+float developedGrey(double linear, int w, int h, const LabSettings& settings, Way way = laboratory)
+{
+  return developed(uniform(w, h, code(linear)), w, h, 4, settings, way).linear[0];
+}
+
+// Relative to the larger of the values and a floor that is dark beside the picture.
+float largestDifference(const Values& a, const Values& b, float floor)
+{
+  float largest = 0.0f;
+  for (size_t i = 0; i < a.size(); ++i)
+    largest = std::max(largest, std::fabs(a[i] - b[i]) / std::max(std::fabs(b[i]), floor));
+  return largest;
+}
+
+}  // namespace
+
+ENGINE_TEST(Laboratory, UniformFramesOfTheDefaultProcess)
+{
+  const int sizes[][2] = {{1, 1}, {8, 3}, {300, 200}};
+  for (const auto& size : sizes)
+    for (const Way way : {laboratory, laboratoryByKernels})
+    {
+      const LabSettings s = defaults(size[0], size[1]);
+      EXPECT_NEAR(developedGrey(1.0, size[0], size[1], s, way), 1.004267f, 4e-6f);
+      EXPECT_NEAR(developedGrey(0.18, size[0], size[1], s, way), 0.307841f, 2e-6f);
+      EXPECT_NEAR(developedGrey(0.01, size[0], size[1], s, way), 0.021308f, 1e-6f);
+      EXPECT_NEAR(developedGrey(4.0, size[0], size[1], s, way), 2.251002f, 1e-5f);
+    }
+}
+
+ENGINE_TEST(Laboratory, PullAndPush)
+{
+  for (const Way way : {laboratory, laboratoryByKernels})
+  {
+    LabSettings s = defaults(16, 16);
+    s.developmentTime = 1.3f * 125.0f;
+    EXPECT_NEAR(developedGrey(0.18, 16, 16, s, way), 0.567269f, 4e-6f);
+    s.developmentTime = 0.3f * 125.0f;
+    EXPECT_NEAR(developedGrey(0.18, 16, 16, s, way), 0.055324f, 1e-6f);
+  }
+}
+
+ENGINE_TEST(Laboratory, AgitationFallsOnItsCycles)
+{
+  const std::vector<std::vector<int>> expected = {{6}, {3, 9}, {2, 6, 10}, {2, 5, 8, 11}, {1, 3, 5, 7, 9, 11}};
+  for (int count = 1; count <= 5; ++count)
+  {
+    LabSettings s = defaults(4, 4);
+    s.agitation = count;
+    const LabProcess p = labProcess(s, 4, 4);
+    std::vector<int> cycles;
+    for (int cycle = 0; cycle < labCycles; ++cycle)
+      if (p.agitates(cycle))
+        cycles.push_back(cycle);
+    EXPECT_EQ(cycles, expected[static_cast<size_t>(count) - 1]);
+  }
+}
+
+ENGINE_TEST(Laboratory, DiffusionDoesNotChangeWithTheResolution)
+{
+  for (const int w : {7, 1920, 8192})
+  {
+    const LabProcess p = labProcess(defaults(w, w / 2 + 1), w, w / 2 + 1);
+    EXPECT_NEAR(p.area, 2400.0f, 2e-3f);
+    EXPECT_NEAR(p.firstSigma, 12.8018f * 0.5f, 1e-3f);
+  }
+}
+
+ENGINE_TEST(Laboratory, ReplenishmentAboveTheKneeGainsInTheExchange)
+{
+  LabSettings s = defaults(8, 8);
+  EXPECT_LT(labProcess(s, 8, 8).retained, 1.0f);
+  s.replenish = 3.2f;
+  EXPECT_GT(labProcess(s, 8, 8).retained, 1.0f);
+  EXPECT_LT(labProcess(s, 8, 8).replenished, 0.0f);
+}
+
+ENGINE_TEST(Laboratory, SweepAgreesWithTheChain)
+{
+  const int sizes[][2] = {{1, 1}, {37, 11}, {310, 203}};
+  for (const auto& size : sizes)
+  {
+    const Values frame = picture(size[0], size[1]);
+    for (int agitation = 1; agitation <= 5; ++agitation)
+      for (const float replenish : {0.2f, 1.0f, 2.0f, 3.2f})
+        for (const float time : {37.5f, 100.0f, 162.5f})
+        {
+          LabSettings s = defaults(size[0], size[1]);
+          s.agitation = agitation;
+          s.replenish = replenish;
+          s.developmentTime = time;
+          const Developed sweep = developed(frame, size[0], size[1], 4, s);
+          const Developed chain = developed(frame, size[0], size[1], 4, s, laboratoryByKernels);
+          EXPECT_EQ(sweep.exposure, chain.exposure);
+          EXPECT_LT(largestDifference(sweep.linear, chain.linear, 1e-3f), 4e-6f)
+              << size[0] << " by " << size[1] << ", agitation " << agitation << ", replenish " << replenish << ", time "
+              << time;
+        }
+  }
+}
+
+ENGINE_TEST(Laboratory, SilverAndDeveloperScaleTheirShare)
+{
+  const Values frame = picture(64, 40);
+  LabSettings s = defaults(64, 40);
+  s.silver[0] = 0.5f;
+  s.silver[2] = 1.5f;
+  for (const float concentration : {0.101111f, 0.5f, 1.111111f})
+  {
+    s.concentration = concentration;
+    const Developed sweep = developed(frame, 64, 40, 4, s);
+    const Developed chain = developed(frame, 64, 40, 4, s, laboratoryByKernels);
+    EXPECT_LT(largestDifference(sweep.linear, chain.linear, 1e-3f), 4e-6f) << concentration;
+    EXPECT_LT(largestDifference(sweep.density, chain.density, 1e-6f), 4e-6f) << concentration;
+  }
+}
+
+ENGINE_TEST(Laboratory, ChannelsAndAlpha)
+{
+  const int w = 33, h = 21;
+  const Values rgba = picture(w, h);
+  Values rgb, alpha;
+  for (size_t i = 0; i < rgba.size(); ++i)
+    (i % 4 == 3 ? alpha : rgb).push_back(rgba[i]);
+  for (const Way way : {laboratory, laboratoryByKernels})
+  {
+    const Developed four = developed(rgba, w, h, 4, defaults(w, h), way);
+    const Developed three = developed(rgb, w, h, 3, defaults(w, h), way);
+    EXPECT_EQ(four.alpha, alpha);
+    EXPECT_EQ(three.alpha, Values(alpha.size(), -1.0f));
+    EXPECT_EQ(four.exposure, three.exposure);
+    EXPECT_LT(largestDifference(four.linear, three.linear, 1e-3f), 1e-6f);
+  }
+}
+
+ENGINE_TEST(Laboratory, BadPixelsReachNoOther)
+{
+  const int w = 300, h = 200;
+  for (const int gamut : {logC4, linearRec709})
+    for (const Way way : {laboratory, laboratoryByKernels})
+    {
+      LabSettings s = defaults(w, h);
+      s.inputGamut = gamut;
+      const Values frame = picture(w, h);
+      Values bad = frame;
+      Values repaired = frame;
+      const float infinity = std::numeric_limits<float>::infinity();
+      const std::pair<float, float> values[] = {{std::numeric_limits<float>::quiet_NaN(), 0.0f},
+                                                {infinity, gamut == logC4 ? 1.0f : 469.799988f},
+                                                {-infinity, 0.0f},
+                                                {-1e5f, 0.0f},
+                                                {1e5f, gamut == logC4 ? 1.0f : 469.799988f}};
+      size_t at = 4 * 777;
+      for (const auto& [value, held] : values)
+      {
+        for (size_t k = 0; k < 3; ++k)
+        {
+          bad[at + k] = value;
+          repaired[at + k] = held;
+        }
+        at += 4 * 9001;
+      }
+      const Developed result = developed(bad, w, h, 4, s, way);
+      EXPECT_EQ(result.density, developed(repaired, w, h, 4, s, way).density);
+      for (const float value : result.linear)
+        ASSERT_TRUE(std::isfinite(value));
+    }
+}
+
+ENGINE_TEST(Laboratory, ThreadCountChangesNothing)
+{
+  const Values frame = picture(310, 203);
+  const Developed many = developed(frame, 310, 203, 4, defaults(310, 203));
+  const tbb::global_control one(tbb::global_control::max_allowed_parallelism, 1);
+  EXPECT_EQ(developed(frame, 310, 203, 4, defaults(310, 203)).density, many.density);
+}
+
+ENGINE_TEST(Laboratory, TwoSweepsDevelopAFrame)
+{
+  NameList names;
+  developed(picture(640, 400), 640, 400, 4, defaults(640, 400), laboratory, &names);
+  EXPECT_EQ(names.count("film_lab_init"), 1u);
+  EXPECT_EQ(names.count("develop_cuda"), 1u);
+  EXPECT_EQ(names.count("laboratory_sweep"), 2u);
+}
+
+ENGINE_TEST(Laboratory, ChainHasItsLaunches)
+{
+  NameList names;
+  const LabSettings s = defaults(40, 30);
+  developed(picture(40, 30), 40, 30, 4, s, laboratoryByKernels, &names);
+  EXPECT_EQ(names.count("film_lab_init"), 1u);
+  EXPECT_EQ(names.count("develop_cuda"), 13u);
+  EXPECT_EQ(names.count("developer_to_layer"), 13u);
+  EXPECT_EQ(names.count("reservoir_developer_concentration_init_two"), 3u);
+  EXPECT_EQ(names.count("iir_guassian"), 0u);
+}
+
+ENGINE_TEST(Laboratory, BypassedFilmIsLight)
+{
+  const Values frame = {code(0.18), code(1.0), code(4.0), 0.25f, -1.0f, 7.0f, std::numeric_limits<float>::quiet_NaN(),
+                        1.0f};
+  const Buffer<float> buffer = upload(frame);
+  launch(Queue{}, grid2d(2, 1),
+         film_lab_init_pfe{
+             .buffer = buffer.data(), .width = 2, .height = 1, .channels = 4, .entry = makeFilmEntry(logC4)});
+  const Values light = download(buffer);
+  EXPECT_NEAR(light[0], 0.18f, 1e-6f);
+  EXPECT_NEAR(light[1], 1.0f, 2e-6f);
+  EXPECT_NEAR(light[2], 4.0f, 8e-6f);
+  EXPECT_EQ(light[3], 0.25f);
+  EXPECT_EQ(light[4], 0.0f);
+  EXPECT_NEAR(light[5], 469.8f, 1e-2f);
+  EXPECT_EQ(light[6], 0.0f);
+  EXPECT_EQ(light[7], 1.0f);
+}
+
+ENGINE_TEST(Laboratory, DevelopStepOfOnePixel)
+{
+  // With much light the consumption reaches its bounds: 0 for a NaN and below, the full scale above.
+  const float nan = std::numeric_limits<float>::quiet_NaN();
+  const Buffer<float> density = upload({1.0f, 1.0f, 1.0f});
+  const Buffer<float> exposure = upload({1e9f, nan, 0.0f});
+  const Buffer<float> silver = upload({1.0f, 1.0f, 1.0f});
+  const Buffer<float> developer = upload({1.0f});
+  launch(Queue{}, grid2d(1, 1),
+         develop_cuda{.density = density.data(),
+                      .exposure = exposure.data(),
+                      .silver = silver.data(),
+                      .developer = developer.data(),
+                      .rate = 0.5f,
+                      .developerUse = labDeveloperUse,
+                      .silverUse = labSilverUse,
+                      .width = 1,
+                      .height = 1});
+  EXPECT_EQ(download(density), (Values{1.5f, 1.5f, 1.5f}));
+  EXPECT_EQ(download(silver), (Values{1.0f - 880.037292f * 4e6f, 1.0f, 1.0f}));
+  EXPECT_EQ(download(developer), (Values{0.0f}));
+}
+
+PARITY(laboratorySweep, .relative = 4e-6f, .absolute = 1e-9f)
+{
+  return developed(picture(310, 203), 310, 203, 4, defaults(310, 203)).density;
+}
+
+PARITY(laboratoryChain, .relative = 4e-6f, .absolute = 1e-9f)
+{
+  return developed(picture(90, 60), 90, 60, 4, defaults(90, 60), laboratoryByKernels).density;
+}
+
+}  // namespace morvellan::MORVELLAN_TARGET
