@@ -78,12 +78,15 @@ constexpr std::string_view kernelName()
     return Kernel::name;
   else
   {
-    const std::string_view whole = __PRETTY_FUNCTION__;
-    const size_t from = whole.find("Kernel = ") + 9;
-    size_t to = whole.find_first_of(";]<", from);
-    const size_t colon = whole.rfind("::", to);
-    return whole.substr(colon == std::string_view::npos ? from : colon + 2,
-                        to - (colon == std::string_view::npos ? from : colon + 2));
+    constexpr std::string_view unnamed = "<unnamed>";  // nvcc's word for {anonymous}
+    std::string_view type = __PRETTY_FUNCTION__;
+    type.remove_prefix(type.find("Kernel = ") + 9);
+    type = type.substr(0, type.find_first_of(";]"));
+    for (size_t at = type.find('<'); at != std::string_view::npos; at = type.find('<', at + 1))
+      if (type.substr(at, unnamed.size()) != unnamed)
+        type = type.substr(0, at);
+    const size_t colon = type.rfind("::");
+    return colon == std::string_view::npos ? type : type.substr(colon + 2);
   }
 }
 

@@ -9,7 +9,10 @@
 #ifdef MORVELLAN_TARGET_IS_CUDA
 #define MORVELLAN_KERNEL __device__
 #define MORVELLAN_INLINE __host__ __device__ __forceinline__
+#define MORVELLAN_UNROLL
 #else
 #define MORVELLAN_KERNEL
 #define MORVELLAN_INLINE inline __attribute__((always_inline))
+// Before a loop of at most 16 rounds over arrays that are to live in registers.
+#define MORVELLAN_UNROLL _Pragma("GCC unroll 16")
 #endif

@@ -44,31 +44,31 @@ MORVELLAN_INLINE void filterStrip(const GaussianFilter& f, const Plane& source, 
   const auto sample = [&](int y, int v) { return finiteOrZero(load(source.row(y) + x + v * lanes)); };
   ForwardState forward[stripVectors];
   const int top = std::max(0, first - runUp);
-#pragma GCC unroll 16
+  MORVELLAN_UNROLL
   for (int v = 0; v < stripVectors; ++v)
     forward[v].start(f, sample(top, v));
   for (int y = top; y < first; ++y)
-#pragma GCC unroll 16
-    for (int v = 0; v < stripVectors; ++v)
-      forward[v].step(f, sample(y, v));
+    MORVELLAN_UNROLL
+  for (int v = 0; v < stripVectors; ++v)
+    forward[v].step(f, sample(y, v));
   for (int y = first; y < last; ++y)
-#pragma GCC unroll 16
-    for (int v = 0; v < stripVectors; ++v)
-      emit(y, v, forward[v].step(f, sample(y, v)));
+    MORVELLAN_UNROLL
+  for (int v = 0; v < stripVectors; ++v)
+    emit(y, v, forward[v].step(f, sample(y, v)));
 
   BackwardState backward[stripVectors];
   const int bottom = std::min(source.height, last + runUp);
-#pragma GCC unroll 16
+  MORVELLAN_UNROLL
   for (int v = 0; v < stripVectors; ++v)
     backward[v].start(f, sample(bottom - 1, v));
   for (int y = bottom - 1; y >= last; --y)
-#pragma GCC unroll 16
-    for (int v = 0; v < stripVectors; ++v)
-      backward[v].step(f, sample(y, v));
+    MORVELLAN_UNROLL
+  for (int v = 0; v < stripVectors; ++v)
+    backward[v].step(f, sample(y, v));
   for (int y = last - 1; y >= first; --y)
-#pragma GCC unroll 16
-    for (int v = 0; v < stripVectors; ++v)
-      revise(y, v, backward[v].step(f, sample(y, v)));
+    MORVELLAN_UNROLL
+  for (int v = 0; v < stripVectors; ++v)
+    revise(y, v, backward[v].step(f, sample(y, v)));
 }
 
 // A band of rows on its way through the row filter: samples and forward answers, transposed, `bandRows` values a
@@ -94,11 +94,11 @@ public:
       for (int c = 0; c < stripColumns; c += lanes)
       {
         Real square[lanes];
-#pragma GCC unroll 16
+        MORVELLAN_UNROLL
         for (int i = 0; i < lanes; ++i)
           square[i] = load(rows + std::min(v * lanes + i, inside - 1) * rowStep + c);
         transposeLanes(square);
-#pragma GCC unroll 16
+        MORVELLAN_UNROLL
         for (int i = 0; i < lanes; ++i)
           store(column(samples, x + c + i) + v * lanes, square[i]);
       }
@@ -106,21 +106,21 @@ public:
     for (int v = 0; v < bandVectors; v += chains)
     {
       if (x == 0)
-#pragma GCC unroll 16
-        for (int k = 0; k < chains; ++k)
-          states[v + k].start(filter, load(column(samples, 0) + (v + k) * lanes));
+        MORVELLAN_UNROLL
+      for (int k = 0; k < chains; ++k)
+        states[v + k].start(filter, load(column(samples, 0) + (v + k) * lanes));
       ForwardState state[chains];
-#pragma GCC unroll 16
+      MORVELLAN_UNROLL
       for (int k = 0; k < chains; ++k)
         state[k] = states[v + k];
       for (int i = x; i < end; ++i)
-#pragma GCC unroll 16
-        for (int k = 0; k < chains; ++k)
-        {
-          const ptrdiff_t at = (v + k) * lanes;
-          store(column(answers, i) + at, state[k].step(filter, load(column(samples, i) + at)));
-        }
-#pragma GCC unroll 16
+        MORVELLAN_UNROLL
+      for (int k = 0; k < chains; ++k)
+      {
+        const ptrdiff_t at = (v + k) * lanes;
+        store(column(answers, i) + at, state[k].step(filter, load(column(samples, i) + at)));
+      }
+      MORVELLAN_UNROLL
       for (int k = 0; k < chains; ++k)
         states[v + k] = state[k];
     }
@@ -133,19 +133,19 @@ public:
     for (int v = 0; v < bandVectors; v += chains)
     {
       BackwardState state[chains];
-#pragma GCC unroll 16
+      MORVELLAN_UNROLL
       for (int k = 0; k < chains; ++k)
         state[k].start(filter, load(column(samples, width - 1) + (v + k) * lanes));
       for (int x = (width - 1) / lanes * lanes; x >= 0; x -= lanes)
       {
         for (int i = std::min(x + lanes, width) - 1; i >= x; --i)
-#pragma GCC unroll 16
-          for (int k = 0; k < chains; ++k)
-          {
-            float* answer = column(answers, i) + (v + k) * lanes;
-            store(answer, load(answer) + state[k].step(filter, load(column(samples, i) + (v + k) * lanes)));
-          }
-#pragma GCC unroll 16
+          MORVELLAN_UNROLL
+        for (int k = 0; k < chains; ++k)
+        {
+          float* answer = column(answers, i) + (v + k) * lanes;
+          store(answer, load(answer) + state[k].step(filter, load(column(samples, i) + (v + k) * lanes)));
+        }
+        MORVELLAN_UNROLL
         for (int k = 0; k < chains; ++k)
           writeSquare((v + k) * lanes, x, inside, write);
       }
@@ -153,16 +153,13 @@ public:
   }
 
 private:
-  MORVELLAN_INLINE static float* column(float* plane, int x)
-  {
-    return plane + static_cast<ptrdiff_t>(x) * bandRows;
-  }
+  MORVELLAN_INLINE static float* column(float* plane, int x) { return plane + static_cast<ptrdiff_t>(x) * bandRows; }
 
   template <typename Write>
   MORVELLAN_INLINE void writeSquare(int row, int x, int inside, const Write& write)
   {
     Real square[lanes];
-#pragma GCC unroll 16
+    MORVELLAN_UNROLL
     for (int i = 0; i < lanes; ++i)
       square[i] = load(column(answers, x + i) + row);
     transposeLanes(square);

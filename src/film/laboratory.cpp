@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "device/memory.h"
+#include "film/laboratory_diffusion.h"
 #include "film/laboratory_sweep.h"
 
 namespace morvellan::MORVELLAN_TARGET
@@ -24,7 +25,7 @@ using Jacobian = std::array<Course, labCycles>;
 
 constexpr double settled = 4e-7;  // of the first concentration: less than a float's rounding moves the picture
 constexpr ptrdiff_t smallestSampled = 50000;  // pixels; below, sweeping the frame is as quick as sampling it
-constexpr ptrdiff_t jacobianPixels = 2048;
+constexpr ptrdiff_t jacobianPixels = 2048;    // of the sample
 
 class Solver
 {
@@ -40,12 +41,15 @@ public:
   {
     if (count >= smallestSampled)
       solveSample();
-    Course answer = answerOf(sweepFrame(frame.source, nullptr), 1.0);
-    correct(answer);
+    const Sums sums = sweepFrame(frame.source, nullptr);
+    if (sample)
+      correctBySample(sums);
+    else
+      correct(answerOf(sums));
     // Each further sweep fixes at least one more concentration, so that this ends.
     for (int sweep = 0; sweep < labCycles; ++sweep)
     {
-      answer = answerOf(sweepFrame(nullptr, frame.density), 1.0);
+      const Course answer = answerOf(sweepFrame(nullptr, frame.density));
       if (distance(answer) <= settled)
         break;
       correct(answer);
@@ -68,14 +72,14 @@ private:
     return s;
   }
 
-  // The course that the tank takes with these sums over the pixels, each standing for `share` pixels of the frame.
-  Course answerOf(const Sums& sums, double share) const
+  // The course that the tank takes with these sums over the frame's pixels.
+  Course answerOf(const Sums& sums) const
   {
     Course c{};
     c[0] = static_cast<double>(settings.concentration);
     for (size_t i = 0; i < labExchanges; ++i)
     {
-      const double before = sums[i] * share;
+      const double before = sums[i];
       const double after = static_cast<double>(process.retained) * before +
                            static_cast<double>(count) * static_cast<double>(process.replenished) * c[i];
       c[i + 1] = reservoirAfter(process, static_cast<int>(i), c[i], before, after);
@@ -88,9 +92,10 @@ private:
     double largest = 0.0;
     // The last concentration reaches a pixel only where the last exchange is an agitation.
     const size_t used = process.agitates(labExchanges - 1) ? labCycles : labCycles - 1;
+    const double scale = std::fabs(static_cast<double>(settings.concentration));
     for (size_t i = 1; i < used; ++i)
-      largest = std::max(largest, std::fabs(answer[i] - course[i]));
-    return largest / static_cast<double>(settings.concentration);
+      largest = std::max(largest, std::fabs(answer[i] - course[i]) / std::max(std::fabs(answer[i]), scale));
+    return largest;
   }
 
   // Newton's step towards the course that is its own answer.
@@ -110,36 +115,56 @@ private:
   void solveSample()
   {
     const ptrdiff_t sampled = count / (laboratory_sample::line * laboratory_sample::every);
-    const ptrdiff_t pixelsTaken = sampled * laboratory_sample::line;
-    const Buffer<float> sample(static_cast<size_t>(pixelsTaken) * 3);
+    samplePixels = sampled * laboratory_sample::line;
+    sample = Buffer<float>(static_cast<size_t>(samplePixels) * 3);
     launch(queue, items(static_cast<int>(sampled)),
            laboratory_sample{.source = frame.source,
                              .exposure = sample.data(),
                              .channels = frame.channels,
                              .entry = entry,
                              .silver = {settings.silver[0], settings.silver[1], settings.silver[2]}});
-    const double share = static_cast<double>(count) / static_cast<double>(pixelsTaken);
-    const auto answer = [&] { return answerOf(sweep(nullptr, sample.data(), nullptr, pixelsTaken, course), share); };
     for (int step = 0; step < 3; ++step)
-      course = answer();
-    differentiate(sample.data(), std::min(pixelsTaken, jacobianPixels));
+      course = answerOf(sampleSums(samplePixels, course));
+    differentiate();
     for (int step = 0; step < 2; ++step)
-      correct(answer());
+      correct(answerOf(sampleSums(samplePixels, course)));
   }
 
-  // One-sided differences on the first pixels of the sample.
-  void differentiate(float* sample, ptrdiff_t pixelsTaken)
+  // Sums over the first pixels of the sample, blown up to the frame.
+  Sums sampleSums(ptrdiff_t pixelsTaken, const Course& c)
   {
-    const double share = static_cast<double>(count) / static_cast<double>(pixelsTaken);
+    Sums sums = sweep(nullptr, sample.data(), nullptr, pixelsTaken, c);
+    for (double& sum : sums)
+      sum *= static_cast<double>(count) / static_cast<double>(pixelsTaken);
+    return sums;
+  }
+
+  // One-sided differences on a part of the sample.
+  void differentiate()
+  {
+    const ptrdiff_t part = std::min(samplePixels, jacobianPixels);
     const double nudge = 0.01 * static_cast<double>(settings.concentration);
-    const Course here = answerOf(sweep(nullptr, sample, nullptr, pixelsTaken, course), share);
+    const Course here = answerOf(sampleSums(part, course));
     for (size_t j = 1; j < labCycles; ++j)
     {
       Course moved = course;
       moved[j] += nudge;
-      const Course there = answerOf(sweep(nullptr, sample, nullptr, pixelsTaken, moved), share);
+      const Course there = answerOf(sampleSums(part, moved));
       for (size_t i = j + 1; i < labCycles; ++i)
         change[i][j] = (there[i] - here[i]) / nudge;
+    }
+  }
+
+  // The course that settles if the frame's sums change in proportion to the sample's.
+  void correctBySample(const Sums& frameSums)
+  {
+    const Sums here = sampleSums(samplePixels, course);
+    for (int step = 0; step < 2; ++step)
+    {
+      Sums sums = sampleSums(samplePixels, course);
+      for (size_t i = 0; i < labExchanges; ++i)
+        sums[i] = here[i] > 0.0 ? frameSums[i] * (sums[i] / here[i]) : frameSums[i];
+      correct(answerOf(sums));
     }
   }
 
@@ -190,6 +215,8 @@ private:
   const LabProcess process;
   const FilmEntry entry;
   const ptrdiff_t count;
+  Buffer<float> sample;  // exposures of samplePixels pixels; empty for a small frame
+  ptrdiff_t samplePixels = 0;
   Course course{};
   Jacobian change{};
 };
@@ -201,7 +228,7 @@ void laboratory(const Queue& queue, const LabFrame& frame, const LabSettings& se
   if (frame.width <= 0 || frame.height <= 0)
     return;
   if (settings.lowDiffusion || settings.highDiffusion)
-    laboratoryByKernels(queue, frame, settings);
+    laboratoryWithDiffusion(queue, frame, settings);
   else
     Solver(queue, frame, settings).run();
 }

@@ -43,7 +43,7 @@ MORVELLAN_INLINE void developPixels(const LabSchedule& s, const Rgb (&exposure)[
 {
   const Real zero = Real(0.0f);
   // Silver is kept times the rate, and used up by as much.
-  const Real silverUse = Real(labSilverUse * s.rate);
+  const Real silverUse = Real(-labSilverUse * s.rate);
   const Real developerUse = Real(-labDeveloperUse);
   const auto channel = [&](Real e, Real& d, Real& store, Real c)
   {
@@ -52,24 +52,23 @@ MORVELLAN_INLINE void developPixels(const LabSchedule& s, const Rgb (&exposure)[
     if constexpr (Capped)
       used = min(used, Real(labFullScale));
     d = developed + d;
-    store = fma(-used, silverUse, store);
+    store = fma(used, silverUse, store);
     return used;
   };
   Rgb silver[Groups];
   Real developer[Groups];
-#pragma GCC unroll 2
+  MORVELLAN_UNROLL
   for (int k = 0; k < Groups; ++k)
   {
     silver[k] = {Real(s.silver[0] * s.rate), Real(s.silver[1] * s.rate), Real(s.silver[2] * s.rate)};
     density[k] = {Real(labFirstDensity), Real(labFirstDensity), Real(labFirstDensity)};
     developer[k] = Real(s.concentration);
   }
-#pragma GCC unroll 1
   for (int cycle = 0; cycle < labExchanges; ++cycle)
   {
     const Real retain = Real(s.retain[cycle]);
     const Real add = Real(s.add[cycle]);
-#pragma GCC unroll 2
+    MORVELLAN_UNROLL
     for (int k = 0; k < Groups; ++k)
     {
       const Real c = developer[k];
@@ -81,7 +80,7 @@ MORVELLAN_INLINE void developPixels(const LabSchedule& s, const Rgb (&exposure)[
       sums[cycle] = sums[cycle] + (inside < lanes ? select(firstLanes(inside), left, zero) : left);
     }
   }
-#pragma GCC unroll 2
+  MORVELLAN_UNROLL
   for (int k = 0; k < Groups; ++k)
     density[k] = {fma(developer[k], silver[k].r, density[k].r), fma(developer[k], silver[k].g, density[k].g),
                   fma(developer[k], silver[k].b, density[k].b)};
@@ -163,13 +162,13 @@ private:
   {
     Rgb e[Groups];
     Rgb d[Groups];
-#pragma GCC unroll 2
+    MORVELLAN_UNROLL
     for (int k = 0; k < Groups; ++k)
       e[k] = exposed(Pixels{0, 0, first + k * lanes, inside});
     detail::developPixels<Capped, Groups>(schedule, e, d, inside, sums);
     if (!density)
       return;
-#pragma GCC unroll 2
+    MORVELLAN_UNROLL
     for (int k = 0; k < Groups; ++k)
       storeRgb(density, Pixels{0, 0, first + k * lanes, inside}, d[k]);
   }

@@ -61,12 +61,12 @@ MORVELLAN_INLINE void transposeBlocks(Real& a, Real& b, Real& c, Real& d)
 // lanes[i] lane j <-> lanes[j] lane i, for `lanes` vectors.
 MORVELLAN_INLINE void transposeLanes(Real (&v)[lanes])
 {
-#pragma GCC unroll 16
+  MORVELLAN_UNROLL
   for (int i = 0; i < lanes; i += 4)
     detail::transposeBlocks(v[i], v[i + 1], v[i + 2], v[i + 3]);
 #if HWY_MAX_BYTES == 32
   const RealTag tag;
-#pragma GCC unroll 16
+  MORVELLAN_UNROLL
   for (int i = 0; i < 4; ++i)
   {
     const Real low = hw::ConcatLowerLower(tag, v[i + 4].v, v[i].v);
@@ -74,7 +74,7 @@ MORVELLAN_INLINE void transposeLanes(Real (&v)[lanes])
     v[i] = low;
   }
 #elif HWY_MAX_BYTES == 64
-#pragma GCC unroll 16
+  MORVELLAN_UNROLL
   for (int i = 0; i < 4; ++i)
   {
     const auto even01 = _mm512_shuffle_f32x4(v[i].v.raw, v[i + 4].v.raw, 0x88);

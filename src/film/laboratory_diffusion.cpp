@@ -1,0 +1,320 @@
+// Cycles with diffusion, in planes that borrow the two frames and, until the end, the density's memory.
+#include "film/laboratory_diffusion.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <vector>
+
+#include "device/memory.h"
+#include "device/sum.h"
+#include "film/gaussian.h"
+#include "film/gaussian_fused.h"
+#include "film/laboratory_kernels.h"
+
+namespace morvellan::MORVELLAN_TARGET
+{
+
+namespace
+{
+
+// The developer as a picture: the log of the film less its code of black, which a blur would only round.
+MORVELLAN_INLINE Real developerLog(Real developer)
+{
+  const Real v = min(developer * Real(0.00113631552f), Real(logC4Largest));
+  return fast_log2(fma(v, Real(2231.82642f / 64.0f), Real(1.0f))) * Real(0.0647954196f);
+}
+
+MORVELLAN_INLINE Real developerOfLog(Real log)
+{
+  const Real linear =
+      (fast_exp2(log * Real(14.0f * 1.10237074f)) - Real(1.0f)) * Real(64.0f * 0.00044806354f * labFullScale);
+  return select(log <= Real(1.0f - 0.092864126f), linear, Real(labFullScale));
+}
+
+// A pixel's silver and density; `planes` holds them as six planes.
+struct State
+{
+  Rgb density, silver;
+};
+
+// What a pixel's developer is at the start of a cycle: a plane that the exchange is still to be made on, or a constant.
+struct DeveloperOfCycle
+{
+  const float* plane;  // null for a constant
+  float add;           // the constant, or what the exchange adds
+
+  MORVELLAN_INLINE Real at(Pixels p, float retained) const
+  {
+    return plane ? fma(loadPlane(plane, p), Real(retained), Real(add)) : Real(add);
+  }
+};
+
+// One or more cycles, from the state before the first of them, or from the start of the run, to the log of the
+// developer after the last of them. All but the last were run before: they bring the state, which nobody stored, up to
+// date.
+struct develop_cycles
+{
+  const float* exposure;
+  std::array<float*, 6> planes;  // density and silver
+  bool loads, saves;
+  float* log;      // null in the run's last cycle
+  float* density;  // set in the run's last cycle
+  int cycles;
+  std::array<DeveloperOfCycle, labCycles> developers;
+  float retained, rate;
+  float silver[3];
+
+  MORVELLAN_KERNEL void operator()(Pixels at) const { develop(at, loadRgb(exposure, at)); }
+
+  MORVELLAN_INLINE void develop(Pixels at, Rgb e) const
+  {
+    State s = loads ? loaded(at) : start();
+    Real left = Real(0.0f);
+    for (int i = 0; i < cycles; ++i)
+    {
+      const Real c = developers[static_cast<size_t>(i)].at(at, retained);
+      const Real r = developChannel(e.r, s.density.r, s.silver.r, c, rate, labSilverUse);
+      const Real g = developChannel(e.g, s.density.g, s.silver.g, c, rate, labSilverUse);
+      const Real b = developChannel(e.b, s.density.b, s.silver.b, c, rate, labSilverUse);
+      left = max(c - ((r + g) + b) * Real(labDeveloperUse), Real(0.0f));
+    }
+    if (density)
+      storeRgb(density, at, s.density);
+    else
+      storePlane(log, at, developerLog(left));
+    if (saves)
+      save(at, s);
+  }
+
+  MORVELLAN_INLINE State start() const
+  {
+    const Real first = Real(labFirstDensity);
+    return {{first, first, first}, {Real(silver[0]), Real(silver[1]), Real(silver[2])}};
+  }
+
+  MORVELLAN_INLINE State loaded(Pixels at) const
+  {
+    return {{loadPlane(planes[0], at), loadPlane(planes[1], at), loadPlane(planes[2], at)},
+            {loadPlane(planes[3], at), loadPlane(planes[4], at), loadPlane(planes[5], at)}};
+  }
+
+  MORVELLAN_INLINE void save(Pixels at, const State& s) const
+  {
+    storePlane(planes[0], at, s.density.r);
+    storePlane(planes[1], at, s.density.g);
+    storePlane(planes[2], at, s.density.b);
+    storePlane(planes[3], at, s.silver.r);
+    storePlane(planes[4], at, s.silver.g);
+    storePlane(planes[5], at, s.silver.b);
+  }
+};
+
+// film_lab_init and the first cycle.
+struct develop_first_cycle
+{
+  const float* source;
+  float* exposure;
+  float* alpha;
+  int channels;
+  FilmEntry entry;
+  develop_cycles cycle;
+
+  MORVELLAN_KERNEL void operator()(Pixels at) const
+  {
+    const Rgb silver = {Real(cycle.silver[0]), Real(cycle.silver[1]), Real(cycle.silver[2])};
+    const Rgb e = latentImage(entry, silver, loadColour(source, at, channels));
+    storeRgb(exposure, at, e);
+    if (channels == 4)
+      storePlane(alpha, at, loadRgba(source, at).a);
+    cycle.develop(at, e);
+  }
+};
+
+// pitch_sharp_film_lab and pitch_accumulate_film_lab_pfe: what the first blur took away, weighted, goes onto the last
+// blur.
+struct recombine
+{
+  static constexpr std::string_view name = "pitch_sharp_film_lab+pitch_accumulate_film_lab_pfe";
+  const float* log;
+  const float* base;     // the first blur
+  const float* blurred;  // the last blur, which may be the first
+  float* developer;
+  float gain;
+
+  MORVELLAN_KERNEL void operator()(Pixels at) const
+  {
+    storePlane(developer, at, combined(at, loadPlane(base, at), loadPlane(blurred, at)));
+  }
+
+  MORVELLAN_INLINE Real combined(Pixels at, Real low, Real last) const
+  {
+    return developerOfLog(clamp01((loadPlane(log, at) - low) * Real(gain)) + last);
+  }
+};
+
+class Diffusion
+{
+public:
+  Diffusion(const Queue& queue, const LabFrame& frame, const LabSettings& settings)
+      : queue(queue), frame(frame), settings(settings), process(labProcess(settings, frame.width, frame.height)),
+        count(static_cast<ptrdiff_t>(frame.width) * frame.height),
+        reservoir(static_cast<double>(settings.concentration))
+  {
+    float* source = frame.source;
+    float* second = frame.second;
+    if (frame.channels != 4)
+      own = Buffer<float>(static_cast<size_t>(count) * 2);
+    statePlanes = {source, source + count, source + 2 * count, second, second + count, second + 2 * count};
+    slots = frame.channels == 4 ? std::array{source + 3 * count, second + 3 * count}
+                                : std::array{own.data(), own.data() + count};
+    log = frame.density;
+    base = frame.density + count;
+    scratch = frame.density + 2 * count;
+  }
+
+  void run()
+  {
+    DeveloperOfCycle developer{nullptr, settings.concentration};
+    for (int cycle = 0; cycle < labCycles; ++cycle)
+    {
+      pending.push_back(developer);
+      const bool last = cycle + 1 == labCycles;
+      const bool saves = !last && !freeSlot();
+      develop(cycle, saves);
+      if (last)
+        return;
+      if (saves)
+        pending.clear();
+      stored = stored || saves;
+      float* slot = freeSlot();
+      diffuse(slot);
+      developer = exchange(cycle, slot);
+    }
+  }
+
+private:
+  // A plane that no cycle since the last stored state needs again.
+  float* freeSlot() const
+  {
+    for (float* slot : slots)
+      if (std::none_of(pending.begin(), pending.end(), [&](const DeveloperOfCycle& d) { return d.plane == slot; }))
+        return slot;
+    return nullptr;
+  }
+
+  void develop(int cycle, bool saves)
+  {
+    const bool last = cycle + 1 == labCycles;
+    develop_cycles cycles{.exposure = frame.exposure,
+                          .planes = statePlanes,
+                          .loads = stored,
+                          .saves = saves,
+                          .log = log,
+                          .density = last ? frame.density : nullptr,
+                          .cycles = static_cast<int>(pending.size()),
+                          .developers = {},
+                          .retained = process.retained,
+                          .rate = process.rate,
+                          .silver = {settings.silver[0], settings.silver[1], settings.silver[2]}};
+    std::copy(pending.begin(), pending.end(), cycles.developers.begin());
+    const Grid2d grid = grid2d(frame.width, frame.height);
+    if (cycle > 0)
+    {
+      launchNamed(queue, developName(cycle), grid, cycles);
+      return;
+    }
+    launchNamed(queue,
+                frame.channels == 4 ? "film_lab_init+develop_cuda+film_lab_diffuse_reset_pfe"
+                                    : "film_lab_init_RGB+develop_cuda+film_lab_diffuse_reset_pfe",
+                grid,
+                develop_first_cycle{.source = frame.source,
+                                    .exposure = frame.exposure,
+                                    .alpha = frame.alpha,
+                                    .channels = frame.channels,
+                                    .entry = makeFilmEntry(settings.inputGamut),
+                                    .cycle = cycles});
+  }
+
+  std::string_view developName(int cycle) const
+  {
+    const bool stirred = process.agitates(cycle - 1);
+    if (cycle + 1 == labCycles)
+      return stirred ? "developer_to_layer+reservoir_developer_concentration_init_two+develop_cuda"
+                     : "developer_to_layer+develop_cuda";
+    return stirred ? "developer_to_layer+reservoir_developer_concentration_init_two+develop_cuda+"
+                     "film_lab_diffuse_reset_pfe"
+                   : "developer_to_layer+develop_cuda+film_lab_diffuse_reset_pfe";
+  }
+
+  // From the log to the developer before its exchange.
+  void diffuse(float* developer)
+  {
+    const int w = frame.width;
+    const int h = frame.height;
+    const recombine combine{.log = log,
+                            .base = base,
+                            .blurred = settings.lowDiffusion ? developer : base,
+                            .developer = developer,
+                            .gain = settings.detailGain};
+#ifdef MORVELLAN_TARGET_IS_CUDA
+    blurPlane(queue, log, scratch, base, w, h, process.firstSigma);
+    if (settings.lowDiffusion)
+      blurPlane(queue, base, scratch, developer, w, h, process.secondSigma);
+    launch(queue, grid2d(w, h), combine);
+#else
+    const std::string fused = "+" + std::string(recombine::name);
+    if (settings.lowDiffusion)
+    {
+      blurPlane(queue, log, scratch, base, w, h, process.firstSigma);
+      blurFused(
+          queue, base, scratch, developer, w, h, process.secondSigma,
+          [&](const Pixels& at, Real blurred) { return combine.combined(at, loadPlane(base, at), blurred); }, fused);
+      return;
+    }
+    blurFused(
+        queue, log, scratch, developer, w, h, process.firstSigma,
+        [&](const Pixels& at, Real blurred) { return combine.combined(at, blurred, blurred); }, fused);
+#endif
+  }
+
+  // Stirs the tank, and gives the developer of the next cycle.
+  DeveloperOfCycle exchange(int cycle, const float* plane)
+  {
+    const double replenished = static_cast<double>(process.replenished) * reservoir;
+    const bool stirs = process.agitates(cycle);
+    if (stirs || cycle + 2 < labCycles)
+    {
+      const double before = sumPlane(queue, plane, count);
+      const double after = static_cast<double>(process.retained) * before + static_cast<double>(count) * replenished;
+      reservoir = reservoirAfter(process, cycle, reservoir, before, after);
+    }
+    if (stirs)
+      return {nullptr, static_cast<float>(reservoir)};
+    return {plane, static_cast<float>(replenished)};
+  }
+
+  const Queue& queue;
+  const LabFrame& frame;
+  const LabSettings& settings;
+  const LabProcess process;
+  const ptrdiff_t count;
+  Buffer<float> own;
+  std::array<float*, 6> statePlanes{};
+  std::array<float*, 2> slots{};
+  float* log;
+  float* base;
+  float* scratch;
+  bool stored = false;                    // whether the state planes hold a cycle's state
+  std::vector<DeveloperOfCycle> pending;  // developers of the cycles since then
+  double reservoir;
+};
+
+}  // namespace
+
+void laboratoryWithDiffusion(const Queue& queue, const LabFrame& frame, const LabSettings& settings)
+{
+  Diffusion(queue, frame, settings).run();
+}
+
+}  // namespace morvellan::MORVELLAN_TARGET
