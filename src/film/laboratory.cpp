@@ -117,9 +117,11 @@ private:
     const ptrdiff_t sampled = count / (laboratory_sample::line * laboratory_sample::every);
     samplePixels = sampled * laboratory_sample::line;
     sample = Buffer<float>(static_cast<size_t>(samplePixels) * 3);
-    launch(queue, items(static_cast<int>(sampled)),
+    const int batches = static_cast<int>((sampled + laboratory_sample::batch - 1) / laboratory_sample::batch);
+    launch(queue, items(batches),
            laboratory_sample{.source = frame.source,
                              .exposure = sample.data(),
+                             .lines = static_cast<int>(sampled),
                              .channels = frame.channels,
                              .entry = entry,
                              .silver = {settings.silver[0], settings.silver[1], settings.silver[2]}});
@@ -172,27 +174,38 @@ private:
 
   Sums sweep(const float* source, float* exposure, float* density, ptrdiff_t pixelsTaken, const Course& c)
   {
-    return process.retained > 1.0f ? sweepAs<true>(source, exposure, density, pixelsTaken, c)
-                                   : sweepAs<false>(source, exposure, density, pixelsTaken, c);
+    if (process.retained > 1.0f)
+      return sweepAs<detail::BoundedCycle>(source, exposure, density, pixelsTaken, c);
+    return silverLasts() ? sweepAs<detail::FactoredCycle<false>>(source, exposure, density, pixelsTaken, c)
+                         : sweepAs<detail::FactoredCycle<true>>(source, exposure, density, pixelsTaken, c);
   }
 
-  template <bool Capped>
+  // Whether a cycle takes less silver than there is even in the brightest light and the last cycle's density.
+  bool silverLasts() const
+  {
+    const float most = *std::max_element(settings.silver, settings.silver + 3);
+    const float developed = settings.concentration * process.rate;
+    const float density = labFirstDensity + static_cast<float>(labCycles) * developed * most;
+    return developed * labSilverUse * logC4Largest * labFullScale * density * density < 0.99f;
+  }
+
+  template <typename Cycle>
   Sums sweepAs(const float* source, float* exposure, float* density, ptrdiff_t pixelsTaken, const Course& c)
   {
     const int itemCount = sweepItems(pixelsTaken);
     const size_t partialCount = static_cast<size_t>(itemCount) * labExchanges;
     const Buffer<double> partials(partialCount);
     launchNamed(queue, nameOf(source, density), items(itemCount),
-                laboratory_sweep<Capped>{.source = source,
-                                         .exposure = exposure,
-                                         .alpha = frame.alpha,
-                                         .density = density,
-                                         .count = pixelsTaken,
-                                         .channels = frame.channels,
-                                         .entry = entry,
-                                         .schedule = schedule(c),
-                                         .partials = partials.data(),
-                                         .items = itemCount});
+                laboratory_sweep<Cycle>{.source = source,
+                                        .exposure = exposure,
+                                        .alpha = frame.alpha,
+                                        .density = density,
+                                        .count = pixelsTaken,
+                                        .channels = frame.channels,
+                                        .entry = entry,
+                                        .schedule = schedule(c),
+                                        .partials = partials.data(),
+                                        .items = itemCount});
     std::vector<double> host(partialCount);
     copy(host.data(), partials.data(), partialCount * sizeof(double), CopyKind::DeviceToHost);
     Sums sums{};

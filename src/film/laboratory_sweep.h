@@ -34,27 +34,50 @@ inline constexpr int sweepItem = 2048;                   // pixels of a work ite
 inline constexpr int sweepGroups = lanes == 16 ? 2 : 1;  // side by side, where there are registers for it
 #endif
 
+// A cycle with the bounds of the kernels: for exchanges in which pixels may gain.
+struct BoundedCycle
+{
+  static MORVELLAN_INLINE Real develop(const LabSchedule& s, Rgb e, Rgb& density, Rgb& silver, Real c)
+  {
+    const float silverUse = labSilverUse * s.rate;  // silver is kept times the rate
+    const Real r = developChannel(e.r, density.r, silver.r, c, 1.0f, silverUse);
+    const Real g = developChannel(e.g, density.g, silver.g, c, 1.0f, silverUse);
+    const Real b = developChannel(e.b, density.b, silver.b, c, 1.0f, silverUse);
+    return max(fma((r + g) + b, Real(-labDeveloperUse), c), Real(0.0f));
+  }
+};
+
+// The same where no pixel gains by an exchange: consumption stays far below its upper bound, so that it can be factored
+// into developer and the rest. Floored is for settings in which it may use up more silver than there is.
+template <bool Floored>
+struct FactoredCycle
+{
+  static MORVELLAN_INLINE Real develop(const LabSchedule& s, Rgb e, Rgb& density, Rgb& silver, Real c)
+  {
+    const Real silverUse = c * Real(-labSilverUse * s.rate);
+    const Real developerUse = c * Real(-labDeveloperUse);
+    const auto channel = [&](Real exposure, Real& d, Real& store)
+    {
+      Real used = (exposure * d) * (store * d);
+      if constexpr (Floored)
+        used = max(used, Real(0.0f));
+      d = fma(c, store, d);
+      store = fma(used, silverUse, store);
+      return used;
+    };
+    const Real r = channel(e.r, density.r, silver.r);
+    const Real g = channel(e.g, density.g, silver.g);
+    const Real b = channel(e.b, density.b, silver.b);
+    return max(fma((r + g) + b, developerUse, c), Real(0.0f));
+  }
+};
+
 // Thirteen cycles of `Groups` groups of pixels. sums[i] grows by the developer after cycle i, before its exchange, of
-// the pixels that are inside. Without Capped the consumption has no upper bound, which it cannot reach while pixels do
-// not gain by an exchange.
-template <bool Capped, int Groups>
+// the pixels that are inside.
+template <typename Cycle, int Groups>
 MORVELLAN_INLINE void developPixels(const LabSchedule& s, const Rgb (&exposure)[Groups], Rgb (&density)[Groups],
                                     int inside, Real (&sums)[labExchanges])
 {
-  const Real zero = Real(0.0f);
-  // Silver is kept times the rate, and used up by as much.
-  const Real silverUse = Real(-labSilverUse * s.rate);
-  const Real developerUse = Real(-labDeveloperUse);
-  const auto channel = [&](Real e, Real& d, Real& store, Real c)
-  {
-    const Real developed = c * store;
-    Real used = max(e * (d * (developed * d)), zero);
-    if constexpr (Capped)
-      used = min(used, Real(labFullScale));
-    d = developed + d;
-    store = fma(used, silverUse, store);
-    return used;
-  };
   Rgb silver[Groups];
   Real developer[Groups];
   MORVELLAN_UNROLL
@@ -71,13 +94,9 @@ MORVELLAN_INLINE void developPixels(const LabSchedule& s, const Rgb (&exposure)[
     MORVELLAN_UNROLL
     for (int k = 0; k < Groups; ++k)
     {
-      const Real c = developer[k];
-      const Real r = channel(exposure[k].r, density[k].r, silver[k].r, c);
-      const Real g = channel(exposure[k].g, density[k].g, silver[k].g, c);
-      const Real b = channel(exposure[k].b, density[k].b, silver[k].b, c);
-      const Real left = max(fma((r + g) + b, developerUse, c), zero);
+      const Real left = Cycle::develop(s, exposure[k], density[k], silver[k], developer[k]);
       developer[k] = fma(left, retain, add);
-      sums[cycle] = sums[cycle] + (inside < lanes ? select(firstLanes(inside), left, zero) : left);
+      sums[cycle] = sums[cycle] + (inside < lanes ? select(firstLanes(inside), left, Real(0.0f)) : left);
     }
   }
   MORVELLAN_UNROLL
@@ -96,8 +115,8 @@ inline int sweepItems(ptrdiff_t count)
 
 // Sweeps over `count` pixels, in a launch over items(sweepItems(count)). A sweep with a source decodes it to exposure
 // and alpha first; another reads exposure. Without density only the sums are wanted. partials[i * items + item] is the
-// item's share of the sum after cycle i, which is the same on any number of threads.
-template <bool Capped>
+// item's share of the sum after cycle i, which is the same on any number of threads. Cycle is one of those above.
+template <typename Cycle>
 struct laboratory_sweep
 {
   const float* source;
@@ -165,7 +184,7 @@ private:
     MORVELLAN_UNROLL
     for (int k = 0; k < Groups; ++k)
       e[k] = exposed(Pixels{0, 0, first + k * lanes, inside});
-    detail::developPixels<Capped, Groups>(schedule, e, d, inside, sums);
+    detail::developPixels<Cycle, Groups>(schedule, e, d, inside, sums);
     if (!density)
       return;
     MORVELLAN_UNROLL
@@ -198,27 +217,38 @@ private:
 };
 
 // One line of `line` pixels out of each `every` lines of a frame, at a place that a hash chooses, as exposures one
-// after the other; in a launch over items(the number of lines taken).
+// after the other; in a launch over items(ceil(lines / batch)), where `lines` are taken in all.
 struct laboratory_sample
 {
   static constexpr int line = 4;  // RGBA pixels of a cache line
   static constexpr int every = 64;
+  static constexpr int batch = 16;  // lines of a work item, whose cache misses overlap
 
   const float* source;
   float* exposure;
-  int channels;
+  int lines, channels;
   FilmEntry entry;
   float silver[3];
 
   MORVELLAN_KERNEL void operator()(int item) const
   {
-    const Rgb store = {Real(silver[0]), Real(silver[1]), Real(silver[2])};
-    const ptrdiff_t chosen = static_cast<ptrdiff_t>(item) * every + static_cast<ptrdiff_t>(hash(item) % every);
-    for (int i = 0; i < line; i += lanes)
+    const int first = item * batch;
+    const int taken = lines - first < batch ? lines - first : batch;
+    float pixels[(batch * line + lanes) * 4];
+    const int floats = line * channels;
+    for (int i = 0; i < taken; ++i)
     {
-      const int inside = line - i < lanes ? line - i : lanes;
-      storeRgb(exposure, Pixels{0, 0, static_cast<ptrdiff_t>(item) * line + i, inside},
-               latentImage(entry, store, loadColour(source, Pixels{0, 0, chosen * line + i, inside}, channels)));
+      const ptrdiff_t chosen =
+          static_cast<ptrdiff_t>(first + i) * every + static_cast<ptrdiff_t>(hash(first + i) % every);
+      for (int k = 0; k < floats; ++k)
+        pixels[i * floats + k] = source[chosen * floats + k];
+    }
+    const Rgb store = {Real(silver[0]), Real(silver[1]), Real(silver[2])};
+    for (int i = 0; i < taken * line; i += lanes)
+    {
+      const int inside = taken * line - i < lanes ? taken * line - i : lanes;
+      storeRgb(exposure + static_cast<ptrdiff_t>(first) * line * 3, Pixels{0, 0, i, inside},
+               latentImage(entry, store, loadColour(pixels, Pixels{0, 0, i, inside}, channels)));
     }
   }
 
