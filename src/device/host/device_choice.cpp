@@ -1,6 +1,7 @@
 // Parses MORVELLAN_DEVICE and names the software device.
 #include "device/host/device_choice.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdlib>
 #include <optional>
@@ -69,9 +70,20 @@ std::string softwareDeviceName(int threads, CpuLevel level)
   return fmt::format("CPU, {} thread{}, {}", threads, threads == 1 ? "" : "s", instructionSetName(level));
 }
 
+std::optional<int> threadLimit()
+{
+  const std::string text = environment("MORVELLAN_THREADS");
+  int limit = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), limit);
+  const bool whole = error == std::errc{} && end == text.data() + text.size();
+  return whole && limit > 0 ? std::optional{limit} : std::nullopt;
+}
+
 int processThreads()
 {
-  return static_cast<int>(tbb::global_control::active_value(tbb::global_control::max_allowed_parallelism));
+  const auto allowed =
+      static_cast<int>(tbb::global_control::active_value(tbb::global_control::max_allowed_parallelism));
+  return std::min(allowed, threadLimit().value_or(allowed));
 }
 
 }  // namespace morvellan::device

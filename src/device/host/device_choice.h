@@ -2,6 +2,7 @@
 // The choice only; finding the devices is discovery's work.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -37,7 +38,10 @@ struct DeviceChoice
 // "CPU, 8 threads, AVX-512".
 [[nodiscard]] std::string softwareDeviceName(int threads, CpuLevel level);
 
-// Threads that the process may use, at least 1.
+// MORVELLAN_THREADS, where it is a positive number: the most threads that a frame may use.
+[[nodiscard]] std::optional<int> threadLimit();
+
+// Threads that a frame uses: this machine's, within the limit. At least 1.
 [[nodiscard]] int processThreads();
 
 }  // namespace morvellan::device

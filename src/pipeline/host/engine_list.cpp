@@ -1,6 +1,5 @@
 // The engines that this binary was built with. Only what links the engines' objects may use this list.
 #include <array>
-#include <cstdlib>
 #include <optional>
 
 #include <tbb/global_control.h>
@@ -52,14 +51,12 @@ const Engine* findEngine(std::string_view name)
 namespace
 {
 
-// MORVELLAN_THREADS, where it is a positive number, bounds the threads of every frame for the life of the process.
+// For the life of the process.
 void limitThreads()
 {
   static std::optional<tbb::global_control> limit;
-  const char* text = std::getenv("MORVELLAN_THREADS");
-  const long threads = text ? std::strtol(text, nullptr, 10) : 0;
-  if (threads > 0)
-    limit.emplace(tbb::global_control::max_allowed_parallelism, static_cast<size_t>(threads));
+  if (const std::optional<int> threads = device::threadLimit())
+    limit.emplace(tbb::global_control::max_allowed_parallelism, static_cast<size_t>(*threads));
 }
 
 const Engine* chooseEngine()

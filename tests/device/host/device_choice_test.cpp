@@ -64,4 +64,20 @@ TEST(SoftwareDeviceName, CountsThreads)
   EXPECT_GE(processThreads(), 1);
 }
 
+TEST(ThreadLimit, PositiveNumbersOnly)
+{
+  for (const char* none : {"", "0", "-2", "many", "3x", "99999999999"})
+  {
+    setenv("MORVELLAN_THREADS", none, 1);
+    EXPECT_EQ(threadLimit(), std::nullopt) << none;
+  }
+  setenv("MORVELLAN_THREADS", "1", 1);
+  EXPECT_EQ(threadLimit(), 1);
+  EXPECT_EQ(processThreads(), 1);
+  setenv("MORVELLAN_THREADS", "4096", 1);
+  EXPECT_LE(processThreads(), 4096);
+  unsetenv("MORVELLAN_THREADS");
+  EXPECT_EQ(threadLimit(), std::nullopt);
+}
+
 }  // namespace
