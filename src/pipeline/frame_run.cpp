@@ -2,8 +2,6 @@
 // frame_run_film.cpp, frame_run_grain.cpp and frame_run_resample.cpp.
 #include "pipeline/frame_run.h"
 
-#include <stdexcept>
-
 #include "colour/colour_kernels.h"
 #include "device/launch.h"
 #include "pipeline/host/geometry.h"
@@ -47,12 +45,15 @@ void FrameRun::runStep(const Step& step)
   case Work::Bands:
     return bands(step);
   case Work::Lab:
+    return lab(step);
   case Work::Soup:
+    return soup(step);
   case Work::Print:
-  case Work::Expand:
-    throw std::runtime_error("the film stages are not built in");
+    return print(step);
   case Work::Render:
     return render();
+  case Work::Expand:
+    return expand(step);
   case Work::Resample:
     return resample(step);
   case Work::Enhance:

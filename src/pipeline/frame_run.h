@@ -8,6 +8,7 @@
 #include "colour/soft_clip.h"
 #include "device/memory.h"
 #include "device/queue.h"
+#include "film/look_frames.h"
 #include "pipeline/grain_input.h"
 #include "pipeline/host/engine.h"
 #include "pipeline/host/plan.h"
@@ -31,6 +32,10 @@ private:
   void halation();
   void bands(const Step& step);
   void render();
+  void lab(const Step& step);
+  void soup(const Step& step);
+  void print(const Step& step);
+  void expand(const Step& step);
   void resample(const Step& step);
   void enhance();
   void clear(const Step& step);
@@ -40,6 +45,7 @@ private:
   float* frame(Slot slot);
   SoftClip softClip(ClipFields fields) const;
   void needPlanes();
+  LookPlanes lookPlanes() const;
   size_t pixelCount() const { return static_cast<size_t>(width) * static_cast<size_t>(height); }
   bool fourChannels() const { return params.channelCount == 4; }
 
@@ -54,7 +60,8 @@ private:
   Buffer<float> frameA, frameB, scratchPlane, cropped, output;
   std::array<Buffer<float>, 4> planes;  // red, green, blue, alpha
   std::vector<GrainInput> grainInputs;
-  Buffer<float> resampled;  // host memory, what the enhancer reads
+  Buffer<float> exposure, density;  // the laboratory's, three floats a pixel
+  Buffer<float> resampled;          // host memory, what the enhancer reads
 };
 
 }  // namespace morvellan::MORVELLAN_TARGET
