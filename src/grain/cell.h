@@ -1,11 +1,11 @@
-// What every renderer of grain shares about a cell of the grid: its random numbers, and the radius of a varying grain.
+// What every renderer of grain shares about a cell of the grid: its random numbers.
 // The model is that of A. Newson, J. Delon and B. Galerne, "A stochastic film grain model for resolution-independent
 // rendering" (2017).
 #pragma once
 
 #include <cstdint>
 
-#include "device/math.h"
+#include "device/lanes.h"
 
 namespace morvellan::MORVELLAN_TARGET
 {
@@ -68,22 +68,6 @@ MORVELLAN_INLINE W step(W s)
   s = s ^ shiftLeft<13>(s);
   s = s ^ shiftRight<17>(s);
   return s ^ shiftLeft<5>(s);
-}
-
-// The log-normal law of radii, in pixels; radii beyond `reach` are held there.
-struct RadiusLaw
-{
-  float logSigma, logMu, reach;
-};
-
-// A radius from two uniform states.
-MORVELLAN_INLINE Real radiusOf(const RadiusLaw& law, Real size, Real angle)
-{
-  constexpr float ln2 = 0.693147180559945309f;
-  constexpr float log2e = 1.44269504088896341f;
-  const Real ln = fast_log2(size * Real(unit)) * Real(ln2);
-  const Real normal = sqrt(Real(-2.0f) * ln) * Real(law.logSigma) * fast_cos(angle * Real(turn));
-  return min(fast_exp2((normal + Real(law.logMu)) * Real(log2e)), Real(law.reach));
 }
 
 }  // namespace grain

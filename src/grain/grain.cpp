@@ -2,6 +2,7 @@
 #include "grain/grain.h"
 
 #include "device/launch.h"
+#include "grain/fast_grain.h"
 #include "grain/render_kernels.h"
 
 namespace morvellan::MORVELLAN_TARGET
@@ -9,6 +10,11 @@ namespace morvellan::MORVELLAN_TARGET
 
 namespace
 {
+
+float tableScaleOf(const GrainSettings& s)
+{
+  return static_cast<float>(s.levels + 0.1);
+}
 
 grain::Plane planeOf(const GrainLaunch& l)
 {
@@ -24,7 +30,7 @@ grain::Plane planeOf(const GrainLaunch& l)
           .seed = s.seed,
           .count = s.count,
           .cell = s.cell,
-          .tableScale = static_cast<float>(s.levels + 0.1),
+          .tableScale = tableScaleOf(s),
           .levels = s.levels,
           .blendKeep = s.blendKeep,
           .strengthPerCount = s.strengthPerCount,
@@ -49,6 +55,10 @@ void renderGrainLiterally(const Queue& queue, const GrainLaunch& l)
 
 void renderGrain(const Queue& queue, const GrainLaunch& l)
 {
+#ifndef MORVELLAN_TARGET_IS_CUDA
+  if (fastGrainFits(l, tableScaleOf(l.settings)))
+    return renderGrainFast(queue, l, tableScaleOf(l.settings));
+#endif
   renderGrainLiterally(queue, l);
 }
 

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "device/pixels.h"
-#include "grain/cell.h"
 #include "grain/grain.h"
+#include "grain/radius.h"
 
 namespace morvellan::MORVELLAN_TARGET
 {
@@ -64,27 +64,6 @@ MORVELLAN_INLINE int grainCountAt(float u, const CellLaw& law)
   }
   return k;
 }
-
-// All grains of one size.
-struct OneRadius
-{
-  float reach, squared;
-  MORVELLAN_INLINE float nextSquared(OneWord&) const { return squared; }
-};
-
-// Grains of varying size.
-struct VaryingRadius
-{
-  RadiusLaw law;
-  float reach;
-  MORVELLAN_INLINE float nextSquared(OneWord& state) const
-  {
-    const OneWord size = step(state);
-    state = step(size);
-    const float radius = firstLane(radiusOf(law, toReal(Word(size.v)), toReal(Word(state.v))));
-    return radius * radius;
-  }
-};
 
 // A launch but for the radius.
 struct Plane
