@@ -2,6 +2,7 @@
 // Comparisons give a Mask over floats; integer lanes share its width, so one Mask serves all three types.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -342,19 +343,48 @@ MORVELLAN_INLINE Int toInt(Word a)
   return hw::BitCast(IntTag(), a.v);
 }
 
+namespace detail
+{
+
+// For each set of lanes their indices, then the others'. The library's own table for this is rebuilt at every call.
+template <int Lanes>
+inline constexpr auto packedOrders = []
+{
+  std::array<std::array<uint8_t, Lanes>, size_t{1} << Lanes> orders{};
+  for (size_t set = 0; set < orders.size(); ++set)
+  {
+    size_t to = 0;
+    for (const bool chosen : {true, false})
+      for (size_t lane = 0; lane < Lanes; ++lane)
+        if (((set >> lane & 1) != 0) == chosen)
+          orders[set][to++] = static_cast<uint8_t>(lane);
+  }
+  return orders;
+}();
+
+}  // namespace detail
+
 // The lanes that a mask holds, packed to the front. Vectors are stored whole: what follows the packed lanes is not
 // defined.
 MORVELLAN_INLINE int countOf(Mask m)
 {
   return static_cast<int>(hw::CountTrue(RealTag(), m.m));
 }
-MORVELLAN_INLINE Int packed(Int a, Mask m)
-{
-  return hw::Compress(a.v, hw::RebindMask(IntTag(), m.m));
-}
 MORVELLAN_INLINE Word packed(Word a, Mask m)
 {
-  return hw::Compress(a.v, hw::RebindMask(WordTag(), m.m));
+  if constexpr (lanes > 8)
+    return hw::Compress(a.v, hw::RebindMask(WordTag(), m.m));
+  else
+  {
+    uint8_t bits = 0;
+    hw::StoreMaskBits(RealTag(), m.m, &bits);
+    const auto order = hw::LoadU(hw::Rebind<uint8_t, WordTag>(), detail::packedOrders<lanes>[bits].data());
+    return hw::TableLookupLanes(a.v, hw::IndicesFromVec(WordTag(), hw::PromoteTo(WordTag(), order)));
+  }
+}
+MORVELLAN_INLINE Int packed(Int a, Mask m)
+{
+  return toInt(packed(toWord(a), m));
 }
 MORVELLAN_INLINE float firstLane(Real a)
 {
