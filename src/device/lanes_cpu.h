@@ -370,15 +370,16 @@ MORVELLAN_INLINE int countOf(Mask m)
 {
   return static_cast<int>(hw::CountTrue(RealTag(), m.m));
 }
+template <int Lanes = lanes>
 MORVELLAN_INLINE Word packed(Word a, Mask m)
 {
-  if constexpr (lanes > 8)
+  if constexpr (Lanes > 8)
     return hw::Compress(a.v, hw::RebindMask(WordTag(), m.m));
   else
   {
     uint8_t bits = 0;
     hw::StoreMaskBits(RealTag(), m.m, &bits);
-    const auto order = hw::LoadU(hw::Rebind<uint8_t, WordTag>(), detail::packedOrders<lanes>[bits].data());
+    const auto order = hw::LoadU(hw::Rebind<uint8_t, WordTag>(), detail::packedOrders<Lanes>[bits].data());
     return hw::TableLookupLanes(a.v, hw::IndicesFromVec(WordTag(), hw::PromoteTo(WordTag(), order)));
   }
 }
