@@ -44,16 +44,10 @@ MORVELLAN_INLINE Real log2NearOne(Real f)
   return detail::log2OnePlus(f);
 }
 
-// 2^x - 1 for x in [-0.5, 0.5], at x's own precision; the polynomial of fast_exp2 without its 1.
+// 2^x - 1 for x in [-0.5, 0.5], at x's own precision.
 MORVELLAN_INLINE Real exp2MinusOne(Real x)
 {
-  Real p = Real(0.00015353361899039797f);
-  p = fma(p, x, Real(0.0013398874413801387f));
-  p = fma(p, x, Real(0.009618437357700738f));
-  p = fma(p, x, Real(0.05550332471126446f));
-  p = fma(p, x, Real(0.2402264791362873f));
-  p = fma(p, x, Real(0.693147202855065f));
-  return p * x;
+  return detail::exp2Quotient(x) * x;
 }
 
 #else

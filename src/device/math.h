@@ -26,25 +26,43 @@ MORVELLAN_INLINE SplitReal splitExponent(Real x)
   return {toReal(shiftRight<23>(moved)), realOfBits(mantissa) - Real(1.0f)};
 }
 
-// log2(1 + f) for f in [sqrt(1/2) - 1, sqrt(2) - 1]; minimax of degree 8 in f, relative error 2.7e-8 before rounding.
+// Polynomials are evaluated in pairs of terms: half the chain of dependent operations, which is what limits a wide
+// core.
+
+// log2(1 + f) / f for f in [sqrt(1/2) - 1, sqrt(2) - 1]; minimax of degree 8 in f, relative error 2.7e-8 before
+// rounding.
+MORVELLAN_INLINE Real log2Quotient(Real f)
+{
+  const Real f2 = f * f;
+  const Real terms12 = fma(Real(0.4809102798001612f), f, Real(-0.7213471993133572f));
+  const Real terms34 = fma(Real(0.287939094644256f), f, Real(-0.3607162639519904f));
+  const Real terms56 = fma(Real(0.21521224901073488f), f, Real(-0.23867567791808225f));
+  const Real terms78 = fma(Real(0.12926432508970712f), f, Real(-0.20893383179150776f));
+  const Real low = fma(terms34, f2, terms12);
+  const Real high = fma(terms78, f2, terms56);
+  // The leading term last: the rounding of all others shrinks by f.
+  return fma(fma(high, f2 * f2, low), f, Real(1.4426950048874618f));
+}
+
 MORVELLAN_INLINE Real log2OnePlus(Real f)
 {
-  Real p = Real(0.12926432508970712f);
-  p = fma(p, f, Real(-0.20893383179150776f));
-  p = fma(p, f, Real(0.21521224901073488f));
-  p = fma(p, f, Real(-0.23867567791808225f));
-  p = fma(p, f, Real(0.287939094644256f));
-  p = fma(p, f, Real(-0.3607162639519904f));
-  p = fma(p, f, Real(0.4809102798001612f));
-  p = fma(p, f, Real(-0.7213471993133572f));
-  p = fma(p, f, Real(1.4426950048874618f));
-  return p * f;
+  return log2Quotient(f) * f;
+}
+
+// log2 of a positive normal number; of anything else, some number.
+MORVELLAN_INLINE Real log2Regular(Real x)
+{
+  const SplitReal s = splitExponent(x);
+  return fma(log2Quotient(s.fraction), s.fraction, s.exponent);
 }
 
 // The answer for what is not a positive normal number: zero and subnormals -inf, negatives NaN, inf and NaN themselves.
+// Hardly any pixel is such a number, so the core looks before it selects.
 MORVELLAN_INLINE Real log2Special(Real x, Real regular)
 {
   const Mask isRegular = (x >= Real(1.17549435e-38f)) & (x <= Real(3.40282347e38f));
+  if (all(isRegular)) [[likely]]
+    return regular;
   const Real minusInfinity = realOfBits(Int(static_cast<int>(0xff800000u)));
   const Real notANumber = realOfBits(Int(0x7fc00000));
   const Real low = select(x < Real(0.0f), notANumber, minusInfinity);
@@ -52,25 +70,36 @@ MORVELLAN_INLINE Real log2Special(Real x, Real regular)
   return select(isRegular, regular, special);
 }
 
-// 2^f for f in [-1/2, 1/2]; minimax of degree 6, relative error 2e-9 before rounding.
-MORVELLAN_INLINE Real exp2Polynomial(Real f)
+// (2^f - 1) / f for f in [-1/2, 1/2]; 2^f by it is a minimax of degree 6, relative error 2e-9 before rounding.
+MORVELLAN_INLINE Real exp2Quotient(Real f)
 {
-  Real p = Real(0.00015353361899039797f);
-  p = fma(p, f, Real(0.0013398874413801387f));
-  p = fma(p, f, Real(0.009618437357700738f));
-  p = fma(p, f, Real(0.05550332471126446f));
-  p = fma(p, f, Real(0.2402264791362873f));
-  p = fma(p, f, Real(0.693147202855065f));
-  return fma(p, f, Real(1.0f));
+  const Real f2 = f * f;
+  const Real terms01 = fma(Real(0.2402264791362873f), f, Real(0.693147202855065f));
+  const Real terms23 = fma(Real(0.009618437357700738f), f, Real(0.05550332471126446f));
+  const Real terms45 = fma(Real(0.00015353361899039797f), f, Real(0.0013398874413801387f));
+  return fma(fma(terms45, f2, terms23), f2, terms01);
 }
 
-// 2^n * 2^f for an integer n in [-126, 128] and f as above.
-MORVELLAN_INLINE Real exp2Pieces(Real n, Real f)
+// Added to a number of less than 2^22 and taken off again, this leaves the nearest integer; the sum has it in its low
+// bits.
+inline constexpr float roundingShift = 12582912.0f;
+
+// 2^f for f in [-1/2, 1/2].
+MORVELLAN_INLINE Real exp2Polynomial(Real f)
 {
-  const Real p = exp2Polynomial(f);
-  // Half the power, twice: 2^128 has no float, 2^127 has.
-  const Real half = realOfBits(shiftLeft<23>(toInt(n) + Int(126)));
-  return (p + p) * half;
+  return fma(exp2Quotient(f), f, Real(1.0f));
+}
+
+// 2^(n + f) for an integer n in [-126, 128], given as n + roundingShift, and f in [-1/2, 1/2].
+MORVELLAN_INLINE Real exp2Pieces(Real shifted, Real f)
+{
+  return realOfBits(bitsOf(exp2Polynomial(f)) + shiftLeft<23>(bitsOf(shifted)));
+}
+
+// 0 for exponents below -125, NaN for NaN.
+MORVELLAN_INLINE Real exp2Ends(Real exponent, Real power)
+{
+  return select(exponent >= Real(-125.0f), power, max(Real(0.0f), exponent));
 }
 
 }  // namespace detail
@@ -79,36 +108,33 @@ MORVELLAN_INLINE Real exp2Pieces(Real n, Real f)
 // numbers. Zero and subnormals give -inf, negatives NaN.
 MORVELLAN_INLINE Real fast_log2(Real x)
 {
-  const detail::SplitReal s = detail::splitExponent(x);
-  return detail::log2Special(x, s.exponent + detail::log2OnePlus(s.fraction));
+  return detail::log2Special(x, detail::log2Regular(x));
 }
 
 // 2^x. Relative error at most 2.5e-7 for x in [-125, 128); 0 below, inf above; NaN goes through.
 MORVELLAN_INLINE Real fast_exp2(Real x)
 {
-  const Real n = min(max(round(x), Real(-126.0f)), Real(128.0f));
-  const Real f = x - n;
-  const Real regular = detail::exp2Pieces(n, f);
-  const Real low = select(x < Real(-125.0f), Real(0.0f), regular);
-  return select(x >= Real(128.0f), realOfBits(Int(0x7f800000)), low);
+  const Real held = min(max(x, Real(-126.0f)), Real(128.0f));
+  const Real shifted = held + Real(detail::roundingShift);
+  const Real f = held - (shifted - Real(detail::roundingShift));
+  return detail::exp2Ends(x, detail::exp2Pieces(shifted, f));
 }
 
 // log2(x) of x that is 0 or a positive normal number; 0 gives -inf. What is not a number gives one. Errors as
 // fast_log2.
 MORVELLAN_INLINE Real log2Positive(Real x)
 {
-  const detail::SplitReal s = detail::splitExponent(x);
-  const Real regular = s.exponent + detail::log2OnePlus(s.fraction);
-  return select(x > Real(0.0f), regular, realOfBits(Int(static_cast<int>(0xff800000u))));
+  return select(x > Real(0.0f), detail::log2Regular(x), realOfBits(Int(static_cast<int>(0xff800000u))));
 }
 
 // 2^x of x at or below 0. Relative error at most 2.5e-7 down to -126; 0 below -126.5 and for NaN.
 MORVELLAN_INLINE Real exp2NotPositive(Real x)
 {
   const Real bounded = max(x, Real(-127.0f));
-  const Real n = round(bounded);
+  const Real shifted = bounded + Real(detail::roundingShift);
+  const Real f = bounded - (shifted - Real(detail::roundingShift));
   // The exponent field of -127 is that of zero.
-  return detail::exp2Polynomial(bounded - n) * realOfBits(shiftLeft<23>(toInt(n) + Int(127)));
+  return detail::exp2Polynomial(f) * realOfBits(shiftLeft<23>(bitsOf(shifted) + Int(127)));
 }
 
 // x^y for x >= 0: 2^(y log2 x) with the exponent's share of the product kept exact, so that the relative error stays
@@ -118,13 +144,13 @@ MORVELLAN_INLINE Real fast_pow(Real x, Real y)
   const detail::SplitReal s = detail::splitExponent(x);
   const Real l = detail::log2OnePlus(s.fraction);
   const Real product = y * detail::log2Special(x, s.exponent + l);
-  const Real n = min(max(round(product), Real(-126.0f)), Real(128.0f));
+  const Real held = min(max(product, Real(-126.0f)), Real(128.0f));
+  const Real shifted = held + Real(detail::roundingShift);
+  const Real n = shifted - Real(detail::roundingShift);
   // The exponent is a small integer: twelve leading bits of y times it are exact, with or without a fused product.
   const Real high = realOfBits(bitsOf(y) & Int(static_cast<int>(0xfffff000u)));
   const Real f = (high * s.exponent - n) + ((y - high) * s.exponent + y * l);
-  const Real regular = detail::exp2Pieces(n, f);
-  const Real low = select(product < Real(-125.0f), Real(0.0f), select(isNan(product), product, regular));
-  return select(product >= Real(128.0f), realOfBits(Int(0x7f800000)), low);
+  return detail::exp2Ends(product, detail::exp2Pieces(shifted, select(held == product, f, Real(0.0f))));
 }
 
 // cos(x), x in radians. Absolute error at most 3e-7 for |x| <= 8192.
