@@ -85,6 +85,7 @@ INSTANTIATE_TEST_SUITE_P(
         ErrorCase{"TooManyDevices", rendering({"--device", "cpu:17"}), 2,
                   "use auto, cuda, cpu, cpu:N with N from 1 to 16, or host"},
         ErrorCase{"NoDevices", rendering({"--device", "cpu:0"}), 2, "there is no device cpu:0"},
+        ErrorCase{"ManyDevices", rendering({"--device", "cpu:17"}), 2, "there is no device cpu:17"},
         ErrorCase{"NoThreads", rendering({"--threads", "0"}), 2, "--threads"},
         ErrorCase{"ThreadsWord", rendering({"--threads", "many"}), 2, "--threads"},
         ErrorCase{"FramesForm", rendering({"--frames", "1..5"}), 2, "not of the form A-B"},
