@@ -6,6 +6,7 @@
 #include <limits>
 #include <numeric>
 
+#include "grain/cell.h"
 #include "tests/grain/grain_plane.h"
 #include "tests/support/engine_test.h"
 
@@ -97,6 +98,156 @@ ENGINE_TEST(Grain, meansComeUpWithVariance)
   { return mean(rendered(flat(24, 24, 0.5f), settingsOf({.variance = variance, .granularity = 8.0}, 1920, 1080))); };
   EXPECT_NEAR(meanOf(1.0), 0.49, 0.012);
   EXPECT_NEAR(meanOf(3.0), 0.5, 0.012);
+}
+
+ENGINE_TEST(Grain, fullStrengthIsAFractionOfTheSamples)
+{
+  const std::vector<float> plane = flatGrain(0.4f, {.strength = 10.0});
+  for (const float v : plane)
+    EXPECT_NEAR(v * 39.0f, std::round(v * 39.0f), 1e-4f);
+  EXPECT_NE(*std::ranges::min_element(plane), *std::ranges::max_element(plane));
+}
+
+ENGINE_TEST(Grain, strengthMixesWithThePlane)
+{
+  const std::vector<float> full = flatGrain(0.4f, {.strength = 10.0});
+  const std::vector<float> third = flatGrain(0.4f, {.strength = 3.0});
+  for (size_t i = 0; i < full.size(); ++i)
+    EXPECT_NEAR(third[i], full[i] * 0.3f + 0.4f * 0.7f, 1e-6f);
+}
+
+ENGINE_TEST(Grain, blackHasNoGrain)
+{
+  EXPECT_EQ(flatGrain(0.0f, {}), flat(side, side, 0.0f).values);
+}
+
+// Below 0 the tables' first entry holds, from the last one's value on the last.
+ENGINE_TEST(Grain, valuesBeyondTheTables)
+{
+  const std::vector<float> below = flatGrain(-3.0f, {.strength = 5.0});
+  EXPECT_TRUE(std::ranges::all_of(below, [](float v) { return v == -1.5f; }));
+  EXPECT_EQ(flatGrain(7.0f, {}), flatGrain(1.0f, {}));
+  EXPECT_EQ(flatGrain(std::numeric_limits<float>::max(), {}), flatGrain(1.0f, {}));
+}
+
+// A pixel that is no number draws no grain, for itself nor for samples that fall on it; nor do others suffer.
+ENGINE_TEST(Grain, notANumber)
+{
+  Image plane = flat(side, side, 0.5f);
+  const size_t at = side * side / 2 + side / 2;
+  const std::vector<float> without = rendered(plane, settingsOf({}, side, side));
+  plane.values[at] = std::numeric_limits<float>::quiet_NaN();
+  const std::vector<float> with = rendered(plane, settingsOf({}, side, side));
+  EXPECT_TRUE(std::isnan(with[at]));
+  int changed = 0;
+  for (size_t i = 0; i < with.size(); ++i)
+  {
+    changed += with[i] != without[i] ? 1 : 0;
+    EXPECT_TRUE(i == at || with[i] <= without[i]) << i;
+  }
+  EXPECT_LE(changed, 9);
+}
+
+// A size of 1 stretches the offsets to infinity: no sample hits.
+ENGINE_TEST(Grain, sizesOfOneHaveNoGrain)
+{
+  for (const auto& [w, h] : {std::pair{1, 1}, {1, 20}, {20, 1}})
+    EXPECT_EQ(rendered(flat(w, h, 0.5f), settingsOf({.strength = 4.0}, w, h)),
+              flat(w, h, 0.5f * static_cast<float>(1.0 - 4.0 * 0.1)).values)
+        << w << "x" << h;
+}
+
+// The generator stays at 0 for a seed that hashes to 0: every offset is infinite.
+ENGINE_TEST(Grain, theSeedWithoutRandomNumbers)
+{
+  EXPECT_EQ(grain::hash(OneWord(61u)).v, 0u);
+  EXPECT_TRUE(std::isinf(filterOffsets(61u, 1, 0.16f, 1.0f, 1.0f)[0].x));
+  EXPECT_EQ(flatGrain(0.5f, {.seed = 61u}), flat(side, side, 0.0f).values);
+}
+
+ENGINE_TEST(Grain, seedsGiveOtherGrainAndTheSameSeedTheSame)
+{
+  EXPECT_EQ(flatGrain(0.5f, {.seed = 7u}), flatGrain(0.5f, {.seed = 7u}));
+  const std::vector<float> a = flatGrain(0.5f, {.seed = 7u});
+  const std::vector<float> b = flatGrain(0.5f, {.seed = 8u});
+  const double meanA = mean(a), meanB = mean(b);
+  double product = 0.0;
+  for (size_t i = 0; i < a.size(); ++i)
+    product += (a[i] - meanA) * (b[i] - meanB);
+  EXPECT_NEAR(product / static_cast<double>(a.size()) / deviation(a) / deviation(b), 0.0, 0.05);
+}
+
+// Samples that fall outside the plane read its edge.
+ENGINE_TEST(Grain, bordersRepeatTheEdge)
+{
+  const std::vector<float> plane = flatGrain(0.5f, {.soft = 10.0});
+  double border = 0.0;
+  for (int i = 0; i < side; ++i)
+    border += plane[static_cast<size_t>(i)] + plane[static_cast<size_t>(i) * side] +
+              plane[plane.size() - static_cast<size_t>(side - i)] + plane[static_cast<size_t>(i + 1) * side - 1];
+  EXPECT_NEAR(border / (4.0 * side), mean(plane), 0.02);
+}
+
+// Rows of a plane keep their place: two halves are the whole.
+ENGINE_TEST(Grain, halvesAreTheWhole)
+{
+  const Image image = grainplane::mixed(70, 31);
+  for (const double variance : {0.0, 1.0})
+  {
+    const GrainSettings settings = settingsOf({.size = 10.0, .variance = variance}, 70, 31);
+    const grainplane::Bench bench(image, settings, grainplane::tablesOf(settings));
+    renderGrain({}, bench.launch(15, 16));
+    renderGrain({}, bench.launch(0, 15));
+    EXPECT_EQ(bench.result(), rendered(image, settings));
+  }
+}
+
+// By hand: s = 0 is (0 ^ 61) * 9 = 549, (34 ^ 549) * 668265261 and so on.
+ENGINE_TEST(Grain, randomNumbersByValue)
+{
+  EXPECT_EQ(grain::hash(OneWord(0u)).v, 3232319850u);
+  EXPECT_EQ(grain::hash(OneWord(1u)).v, 663891101u);
+  EXPECT_EQ(grain::hash(OneWord(0xdeadbeefu)).v, 1462664237u);
+  EXPECT_EQ(grain::step(OneWord(1u)).v, 270369u);
+  EXPECT_EQ(grain::step(OneWord(663891101u)).v, 573967933u);
+  EXPECT_EQ(grain::step(OneWord(0u)).v, 0u);
+}
+
+ENGINE_TEST(Grain, filterOffsetsByValue)
+{
+  const std::vector<FilterOffset> offsets = filterOffsets(12345u, 2, 0.16f, 1.0f, 1.5f);
+  EXPECT_FLOAT_EQ(offsets[0].x, 0.0597353354f);
+  EXPECT_FLOAT_EQ(offsets[0].y, -0.16213493f);
+  EXPECT_FLOAT_EQ(offsets[1].x, -0.199980572f);
+  EXPECT_FLOAT_EQ(offsets[1].y, -0.0555470958f);
+}
+
+std::vector<float> parityPlane(double size, double variance)
+{
+  return rendered(grainplane::mixed(160, 40), settingsOf({.size = size, .variance = variance}, 1920, 1080));
+}
+
+// Beyond two samples' difference no pixel may be; a thousandth may differ at all.
+constexpr float twoSamples = 2.0f / 39.0f + 1e-6f;
+
+PARITY(grainOfOneSize, .relative = 0.0f, .absolute = 1e-6f, .outliers = 0.001)
+{
+  return parityPlane(0.01, 0.0);
+}
+
+PARITY(grainOfVaryingSize, .relative = 0.0f, .absolute = 1e-6f, .outliers = 0.001)
+{
+  return parityPlane(0.01, 1.0);
+}
+
+PARITY(largeGrainOfVaryingSize, .relative = 0.0f, .absolute = twoSamples)
+{
+  return parityPlane(30.0, 2.0);
+}
+
+PARITY(grainOfVaryingSizeWithinTwoSamples, .relative = 0.0f, .absolute = twoSamples)
+{
+  return parityPlane(0.01, 1.0);
 }
 
 }  // namespace

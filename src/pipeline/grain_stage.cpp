@@ -1,0 +1,56 @@
+// The order of work over several devices. Every plane is copied before the first launch, as two devices may write
+// halves of one plane.
+#include "pipeline/grain_stage.h"
+
+#include <algorithm>
+
+#include "pipeline/host/grain_mode.h"
+
+namespace morvellan::MORVELLAN_TARGET
+{
+
+namespace
+{
+
+std::vector<GrainShare> sharesOf(const FrameParams& p, int height)
+{
+  if (isLuminanceGrain(p.grainMode))
+    return p.grainChannelCount > 0 ? std::vector<GrainShare>{{GrainChannel::red, p.gpuRed, 0, height}}
+                                   : std::vector<GrainShare>{};
+  return dealGrain({p.grainChannelOn[0] != 0, p.grainChannelOn[1] != 0, p.grainChannelOn[2] != 0},
+                   {.red = p.gpuRed, .green = p.gpuGreen, .blue = p.gpuBlue, .count = p.gpuCount}, height);
+}
+
+}  // namespace
+
+std::vector<GrainInput> grainStage(LaunchObserver* observer, const FrameParams& params,
+                                   const std::array<float*, 3>& planes, int width, int height)
+{
+  synchronize();
+  std::vector<GrainInput> inputs;
+  for (const GrainShare& share : sharesOf(params, height))
+  {
+    const GrainSettings settings =
+        isLuminanceGrain(params.grainMode) ? luminanceGrainSettings(params) : grainSettings(params, share.channel);
+    makeCurrent(share.device);
+    inputs.emplace_back(share, settings, params, planes[static_cast<size_t>(share.channel)], width, height,
+                        params.gpuRed);
+  }
+  for (const GrainInput& input : inputs)
+  {
+    makeCurrent(input.device());
+    input.render(observer);
+  }
+  for (GrainInput& input : inputs)
+    if (input.device() != params.gpuRed)
+    {
+      makeCurrent(input.device());
+      synchronize();
+      input.collect();
+    }
+  makeCurrent(params.gpuRed);
+  std::ranges::stable_sort(inputs, {}, &GrainInput::channel);
+  return inputs;
+}
+
+}  // namespace morvellan::MORVELLAN_TARGET
