@@ -30,7 +30,8 @@ void Records::build(const GrainLaunch& l, float tableScale, int y) const
     // The draw of a cell ends at a number of grains in proportion to the intensity.
     const Real limit = lambda * Real(10000.0f);
     store(noneTo + x, select(limit >= Real(1.0f), largestDrawAtMost(exp), Int(largestDraw)));
-    store(oneTo + x, select(limit >= Real(2.0f), largestDrawAtMost(exp + exp * lambda), Int(largestDraw)));
+    const Int oneGrain = select(limit >= Real(2.0f), largestDrawAtMost(exp + exp * lambda), Int(largestDraw));
+    store(oneTo + x, oneGrain & Int(-(1 << xBitsOfRecords)));
   }
   repeatEdges(noneTo, l.width);
   repeatEdges(oneTo, l.width);

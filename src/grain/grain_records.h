@@ -11,6 +11,10 @@ namespace morvellan::MORVELLAN_TARGET::grain
 // Draws are compared as signed integers: their upper bit is turned over.
 inline constexpr uint32_t signBit = 0x80000000u;
 
+// Records of one grain lack their lowest bits, which hold a pixel's place in its strip while it is queued. More draws
+// than necessary are then looked at as if there were a second grain, and found to have none.
+inline constexpr int xBitsOfRecords = 10;
+
 // A draw is never above this one.
 inline constexpr int largestDraw = 0x7fffffff;
 
@@ -40,6 +44,7 @@ public:
 
   // At column 0 of a row; a row outside is the edge's. Columns from -border to width + border + lanes are there.
   const int* noneRow(int y) const { return none.data() + at(y); }
+  // Without the lowest bits.
   const int* oneRow(int y) const { return one.data() + at(y); }
 
 private:

@@ -20,7 +20,7 @@
 namespace morvellan::MORVELLAN_TARGET::grain
 {
 
-inline constexpr int stripLength = 960;  // pixels: a multiple of every target's lanes, below 1 << codeBits.x
+inline constexpr int stripLength = 960;  // pixels: a multiple of every target's lanes, below 1 << xBitsOfRecords
 inline constexpr int tileRows = 8;
 inline constexpr int columnsAtOnce = 8;
 inline constexpr int mostCells = 250;  // columns or rows of cells in reach
@@ -38,7 +38,8 @@ struct FastPlane
 // A pixel of the tile and a cell in its reach, packed into a word of a queue.
 struct Code
 {
-  static constexpr int xBits = 10, rowBits = 3, columnBits = 8;
+  static constexpr int xBits = xBitsOfRecords, rowBits = 3, columnBits = 8;
+  static constexpr uint32_t xMask = (1u << xBits) - 1u;
   static uint32_t of(int row, int column, int cellRow)
   {
     return static_cast<uint32_t>(row) << xBits | static_cast<uint32_t>(column) << (xBits + rowBits) |
@@ -57,9 +58,8 @@ struct TileMemory
   alignas(64) int threshold[tileRows][row];
   alignas(64) int shifted[tileRows][2][row];  // records of a row whose shift is not one for all pixels
   alignas(64) int hits[tileRows][row];
-  // Pixels to draw a first grain for: x, draw, and the largest draw that means one grain.
-  alignas(64) uint32_t queueX[row], queueDraw[row];
-  alignas(64) int queueOne[row];
+  // Pixels to draw a first grain for: x in the record of the largest draw that means one grain.
+  alignas(64) uint32_t queue[row];
   // Pixels to draw further grains for: where, draw, and state after the first grain.
   alignas(64) uint32_t deferredCode[deferredCapacity + row], deferredDraw[deferredCapacity + row],
       deferredState[deferredCapacity + row];
@@ -244,7 +244,17 @@ private:
     const int column = columnBase + cell.column;
     const int queued = meetsZero || column >= leastColumns ? queueOccupied<true>(r, cell.column, rowWord)
                                                            : queueOccupied<false>(r, cell.column, rowWord);
-    drawFirst(r, column, cell.row, static_cast<float>(cy) * s.cell, queued);
+    drawFirst(r, column, cell.row, cy, queued);
+  }
+
+  // The draw of a cell that says how many grains it holds, turned over.
+  template <bool Careful>
+  MORVELLAN_INLINE static Word drawOf(Word cs)
+  {
+    Word state = hash(cs);
+    if constexpr (Careful)
+      state = select(cs == Word(0u), Word(stateOfZero), state);
+    return step(state) ^ Word(signBit);
   }
 
   // Every pixel's cell is hashed, and the occupied ones are queued.
@@ -254,42 +264,42 @@ private:
     const uint32_t* const columns = m.columns[column];
     const int* const threshold = m.threshold[r];
     const int* const one = rowOf[r].one;
-    int queued = 0;
+    uint32_t* queue = m.queue;
+    Int x = laneIndex();
     for (int i = 0; i < span; i += lanes)
     {
-      const Word cs = load(columns + i) + Word(rowWord);
-      Word state = hash(cs);
-      if constexpr (Careful)
-        state = select(cs == Word(0u), Word(stateOfZero), state);
-      const Word draw = step(state) ^ Word(signBit);
+      const Word draw = drawOf<Careful>(load(columns + i) + Word(rowWord));
       Mask occupied = toInt(draw) > load(threshold + i);
       if constexpr (Careful)
         occupied = occupied & (load(m.columnCount + i) > Int(columnBase + column));
-      store(m.queueX + queued, packed(toWord(laneIndex() + Int(i)), occupied));
-      store(m.queueDraw + queued, packed(draw, occupied));
-      store(m.queueOne + queued, packed(load(one + i), occupied));
-      queued += countOf(occupied);
+      store(queue, packed(toWord(load(one + i) | x), occupied));
+      queue += countOf(occupied);
+      x = x + Int(lanes);
     }
-    return queued;
+    return static_cast<int>(queue - m.queue);
   }
 
-  void drawFirst(int r, int column, int cellRow, float cyBase, int queued)
+  // The draw is hashed again, which costs less than to queue it along.
+  void drawFirst(int r, int column, int cellRow, int cy, int queued)
   {
-    const float gy = rowOf[r].gy;
+    const Real gy(rowOf[r].gy), baseY(static_cast<float>(cy) * s.cell);
+    const Word rowWord(s.seed + (static_cast<uint32_t>(cy) << 16));
     const Word code(Code::of(r, column, cellRow));
+    uint32_t* const queue = m.queue;
     int hits = 0;
     for (int j = 0; j < queued; j += lanes)
     {
       const Mask valid = firstLanes(queued - j < lanes ? queued - j : lanes);
-      const Word x = load(m.queueX + j);
-      const Word draw = load(m.queueDraw + j);
+      const Word item = load(queue + j);
+      const Word x = item & Word(Code::xMask);
       const Real gx = gxAt(toReal(toInt(x)));
-      const Real base = (firstColumn(gx) + Real(static_cast<float>(column))) * Real(s.cell);
+      const Real cx = firstColumn(gx) + Real(static_cast<float>(column));
+      const Word draw = drawOf<true>((toWord(toInt(cx)) & Word(65535u)) + rowWord);
       Word state = draw ^ Word(signBit);
-      const Mask hit = drawGrain(state, gx, base, Real(gy), Real(cyBase)) & valid;
-      const Mask more = (toInt(draw) > load(m.queueOne + j)) & valid & !hit;
+      const Mask hit = drawGrain(state, gx, cx * Real(s.cell), gy, baseY) & valid;
+      const Mask more = (toInt(draw) > toInt(item & Word(~Code::xMask))) & valid & !hit;
       // Packed in place: what is written lies before what is still to be read.
-      store(m.queueX + hits, packed(x, hit));
+      store(queue + hits, packed(x, hit));
       hits += countOf(hit);
       store(m.deferredCode + deferred, packed(x | code, more));
       store(m.deferredDraw + deferred, packed(draw, more));
@@ -298,7 +308,7 @@ private:
     }
     int* const threshold = m.threshold[r];
     for (int j = 0; j < hits; ++j)
-      threshold[m.queueX[j]] = largestDraw;
+      threshold[queue[j]] = largestDraw;
     if (deferred > TileMemory::deferredCapacity - stripLength)
       drawDeferred();
   }
@@ -326,13 +336,13 @@ private:
       uint32_t covered[lanes];
       store(covered, packed(code, hit));
       for (int k = 0; k < countOf(hit); ++k)
-        m.threshold[covered[k] >> Code::xBits & (tileRows - 1)][covered[k] & ((1u << Code::xBits) - 1u)] = largestDraw;
+        m.threshold[covered[k] >> Code::xBits & (tileRows - 1)][covered[k] & Code::xMask] = largestDraw;
     }
   }
 
   MORVELLAN_INLINE Mask drawFurther(Word code, Word draw, Word state, Mask valid) const
   {
-    const Real gx = gxAt(toReal(toInt(code & Word((1u << Code::xBits) - 1u))));
+    const Real gx = gxAt(toReal(toInt(code & Word(Code::xMask))));
     const Int row = toInt(shiftRight<Code::xBits>(code) & Word(tileRows - 1));
     const Int column = toInt(shiftRight<Code::xBits + Code::rowBits>(code) & Word((1u << Code::columnBits) - 1u));
     const Int cellRow = toInt(shiftRight<Code::xBits + Code::rowBits + Code::columnBits>(code));
@@ -348,7 +358,9 @@ private:
     const Real u = toReal(draw ^ Word(signBit)) * Real(unit);
     Real term = exp * lambda;
     Real sum = exp + term;
-    Mask drawing = valid, covered = !(u == u);
+    // The record of one grain lacks its last bits, so that a cell may be here that has no second grain.
+    Mask drawing = valid & (u > sum) & (limit >= Real(2.0f));
+    Mask covered = firstLanes(0);
     for (float k = 2.0f; any(drawing); k += 1.0f)
     {
       term = term * (lambda / Real(k));

@@ -18,7 +18,7 @@ MORVELLAN_INLINE Real radiusOf(const RadiusLaw& law, Real size, Real angle)
 {
   constexpr float ln2 = 0.693147180559945309f;
   constexpr float log2e = 1.44269504088896341f;
-  const Real ln = fast_log2(size * Real(unit)) * Real(ln2);
+  const Real ln = log2Positive(size * Real(unit)) * Real(ln2);
   const Real normal = sqrt(Real(-2.0f) * ln) * Real(law.logSigma) * fast_cos(angle * Real(turn));
   return min(fast_exp2((normal + Real(law.logMu)) * Real(log2e)), Real(law.reach));
 }
