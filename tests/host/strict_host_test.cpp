@@ -3,6 +3,9 @@
 
 #include <gmock/gmock.h>
 
+#include "host/action_scope.h"
+#include "host/suites.h"
+
 namespace morvellan::test
 {
 namespace
@@ -172,6 +175,45 @@ TEST(StrictHost, OffersWrongImages)
   instance.clip("Source").setConnected(false);
   EXPECT_EQ(instance.render(0.0, outputLike(source)), kOfxStatFailed);
   EXPECT_THAT(host.takeViolations(), Contains(HasSubstr("is not connected")));
+}
+
+TEST(StrictHost, ImagesMayLie)
+{
+  StrictHost host(BAD_PLUGIN_BUNDLE);
+  host::EffectInstance& instance = host.create();
+  host::Clip& clip = instance.clip("Source");
+  clip.setSource(rampOf(4, 4));
+  clip.claims = {.nullData = true,
+                 .bounds = OfxRectI{1, 2, 1, 2},
+                 .rowBytes = -48,
+                 .components = Components::Alpha,
+                 .depth = host::Depth::Half,
+                 .renderScale = OfxPointD{0.5, 0.5}};
+  const host::ActionScope scope(kOfxImageEffectActionRender, &instance, 0.0);
+  OfxPropertySetHandle handle = nullptr;
+  ASSERT_EQ(host::imageEffectSuite().clipGetImage(clip.handle(), 0.0, nullptr, &handle), kOfxStatOK);
+  const host::PropertySet& image = *host::PropertySet::living(handle);
+  EXPECT_EQ(image.getPointer(kOfxImagePropData), nullptr);
+  EXPECT_EQ(image.getInt(kOfxImagePropBounds, 1), 2);
+  EXPECT_EQ(image.getInt(kOfxImagePropRowBytes), -48);
+  EXPECT_EQ(image.getString(kOfxImageEffectPropComponents), kOfxImageComponentAlpha);
+  EXPECT_EQ(image.getString(kOfxImageEffectPropPixelDepth), kOfxBitDepthHalf);
+  EXPECT_EQ(image.getDouble(kOfxImageEffectPropRenderScale, 1), 0.5);
+  EXPECT_EQ(host::imageEffectSuite().clipReleaseImage(handle), kOfxStatOK);
+}
+
+TEST(StrictHost, AnswersQuestionsAsTold)
+{
+  StrictOptions options;
+  options.answer = [](const host::Message&) { return kOfxStatReplyYes; };
+  StrictHost host(BAD_PLUGIN_BUNDLE, options);
+  host::EffectInstance& instance = host.create();
+  const host::ActionScope scope(kOfxActionInstanceChanged, &instance, 0.0);
+  EXPECT_EQ(host::messageSuiteV2().message(instance.handle(), kOfxMessageQuestion, "id", "%d of %s", 3, "four"),
+            kOfxStatReplyYes);
+  ASSERT_EQ(host.messages().size(), 1U);
+  EXPECT_EQ(host.messages()[0].text, "3 of four");
+  EXPECT_EQ(host.messages()[0].id, "id");
 }
 
 TEST(StrictHost, RendersInstancesTogether)

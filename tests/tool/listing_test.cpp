@@ -47,7 +47,8 @@ TEST(Listing, EveryDescribedPropertyAsJson)
   {
     names.push_back(param["name"]);
   }
-  EXPECT_THAT(names, ElementsAre("Controls", "Group", "Gain", "Mode", "Bypass", "Count", "Tint", "Note", "About"));
+  EXPECT_THAT(names, ElementsAre("Controls", "Group", "Gain", "Mode", "Bypass", "Count", "Tint", "Note", "About",
+                                 "LoadLooks", "SaveLooks"));
   EXPECT_EQ(list[2]["kind"], "Double");
   EXPECT_EQ(list[2]["properties"], nlohmann::json({{"OfxParamPropDefault", 1.0},
                                                    {"OfxParamPropDigits", 5},
@@ -73,6 +74,64 @@ TEST(Listing, ReportsGoToStandardOutput)
   const ToolRun run = runTool({"--info", "about", "--device", "cpu"});
   EXPECT_EQ(run.exitCode, 0) << run.err;
   EXPECT_THAT(run.out, HasSubstr("Gain : device cpu"));
+}
+
+class LooksTest : public ToolTest
+{
+protected:
+  LooksTest()
+  {
+    writeFile("half.prm", "0.5\n");
+    writeFile("double.prm", "2\n");
+    writeFile("bad.prm", "much\n");
+  }
+};
+
+TEST_F(LooksTest, AreShownByParameter)
+{
+  const ToolRun run = runTool({"looks", "show", path("half.prm")});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(run.out, testing::MatchesRegex("Gain +0\\.5\n"));
+}
+
+TEST_F(LooksTest, AreChecked)
+{
+  EXPECT_EQ(runTool({"looks", "check", path("half.prm"), path("double.prm")}).exitCode, 0);
+  const ToolRun run = runTool({"looks", "check", path("half.prm"), path("bad.prm")});
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_EQ(run.out, path("bad.prm") + ": Gain : the Look has no number\n");
+  EXPECT_EQ(run.err, "morvellan-render: 1 of 2 Looks are faulty; save them anew or correct the lines named\n");
+}
+
+TEST_F(LooksTest, AreCompared)
+{
+  const ToolRun run = runTool({"looks", "diff", path("half.prm"), path("double.prm")});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(run.out, testing::MatchesRegex("Gain +0\\.5 +2\n"));
+  EXPECT_EQ(runTool({"looks", "diff", path("half.prm"), path("half.prm")}).out, "");
+}
+
+TEST_F(LooksTest, AreLoadedAndSavedAmongTheEdits)
+{
+  const ToolRun run = runTool({"--device", "cpu", "--look", path("half.prm"), "--save-look", path("new/a.prm"), "--set",
+                               "Gain=3", "--save-look", path("b.prm")});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_EQ(readFile("new/a.prm"), "0.5\n");
+  EXPECT_EQ(readFile("b.prm"), "3\n");
+}
+
+TEST_F(LooksTest, ThatAreMissingAreNamed)
+{
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"looks", "show", path("none.prm")}, {"--look", path("none.prm"), "--device", "cpu"}})
+  {
+    const ToolRun run = runTool(arguments);
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.err, HasSubstr("none.prm does not exist; check the name"));
+  }
+  EXPECT_EQ(runTool({"looks", "diff", path("half.prm")}).exitCode, 2);
+  EXPECT_EQ(runTool({"looks", "paint", path("half.prm")}).exitCode, 2);
+  EXPECT_EQ(runTool({"looks"}).exitCode, 2);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "device.h"
 #include "errors.h"
 #include "listing.h"
+#include "looks.h"
 #include "options.h"
 #include "session.h"
 
@@ -44,7 +45,11 @@ void run(const Options& options)
     prepareFolderOf(*options.saveProject);
   }
   const std::filesystem::path bundle = findBundle(options.bundle);
-  if (!options.listsOnly())
+  if (options.looks)
+  {
+    chooseDevice("cpu", bundle, progress, options.talk);  // no pixel is touched
+  }
+  else if (!options.listsOnly())
   {
     chooseDevice(options.device, bundle, progress, options.talk);
   }
@@ -62,6 +67,11 @@ void run(const Options& options)
   if (!options.info.empty())
   {
     printInfo(session, options, jobs);
+    return;
+  }
+  if (options.looks)
+  {
+    runLooks(session, *options.looks);
     return;
   }
   session.createInstance(jobs);

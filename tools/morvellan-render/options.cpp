@@ -74,6 +74,24 @@ void addOptions(CLI::App& app, Options& options, RawOptions& raw)
   app.add_flag("--verbose", raw.verbose, "Each frame, and every misuse of the interface by the plug-in");
 }
 
+// Returns the subcommand; its tasks fill `request`.
+CLI::App* addLooks(CLI::App& app, LooksRequest& request)
+{
+  CLI::App* const looks = app.add_subcommand("looks", "Look files by themselves: show, check, diff");
+  looks->require_subcommand(1);
+  const auto task = [&](const char* name, const char* help, int least, int most)
+  {
+    CLI::App* const own = looks->add_subcommand(name, help);
+    own->add_option("FILE", request.files, "Look files")->required()->expected(least, most);
+    own->callback([&request, name] { request.task = name; });
+  };
+  constexpr int any = 1000;
+  task("show", "Prints what a Look sets, by parameter", 1, 1);
+  task("check", "Prints what the plug-in's reader complains of; exit code 1 if it does", 1, any);
+  task("diff", "Prints the parameters in which two Looks differ", 2, 2);
+  return looks;
+}
+
 // The edits of the four kinds, in the order in which they stood.
 std::vector<Edit> editsInOrder(const CLI::App& app, const RawOptions& raw)
 {
@@ -128,7 +146,7 @@ void check(const Options& options, const RawOptions& raw)
   {
     throw UsageError("--json goes with --list-params");
   }
-  if (options.listsOnly() || !options.info.empty())
+  if (options.listsOnly() || !options.info.empty() || options.looks)
   {
     return;
   }
@@ -173,6 +191,8 @@ std::optional<Options> parseOptions(int argc, const char* const* argv)
   app.footer(footer);
   app.set_version_flag("--version", std::string("morvellan-render ") + MORVELLAN_VERSION);
   addOptions(app, options, raw);
+  LooksRequest request;
+  const CLI::App* const looks = addLooks(app, request);
   try
   {
     app.parse(argc, argv);
@@ -185,6 +205,14 @@ std::optional<Options> parseOptions(int argc, const char* const* argv)
   catch (const CLI::ParseError& error)
   {
     throw UsageError(fmt::format("{}; see --help", error.what()));
+  }
+  if (looks->parsed())
+  {
+    if (request.task == "diff" && request.files.size() != 2)
+    {
+      throw UsageError(fmt::format("looks diff compares two Looks, not {}", request.files.size()));
+    }
+    options.looks = request;
   }
   options.edits = editsInOrder(app, raw);
   const auto path = [](const std::string& text)

@@ -28,6 +28,13 @@ struct Edit
   std::string value;  // of a Set; the file of a Look
 };
 
+// looks show FILE, looks check FILE..., looks diff FILE FILE.
+struct LooksRequest
+{
+  std::string task;
+  std::vector<std::string> files;
+};
+
 struct Options
 {
   std::vector<std::string> inputs;
@@ -45,11 +52,12 @@ struct Options
   bool json = false;
   std::string listChoices;
   std::string info;  // cuda, clip or about
+  std::optional<LooksRequest> looks;
   bool trace = false;
   Talk talk = Talk::Normal;
 
   bool listsOnly() const { return listParams || !listChoices.empty(); }
-  bool renders() const { return !listsOnly() && info.empty() && !output.empty(); }
+  bool renders() const { return !listsOnly() && info.empty() && !looks && !output.empty(); }
 };
 
 // Nothing: help or the version was asked for and printed. Throws UsageError.

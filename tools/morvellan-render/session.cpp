@@ -92,6 +92,7 @@ void Session::attach(const FrameJob& job, const Picture& picture)
 
 void Session::createInstance(const std::vector<FrameJob>& jobs)
 {
+  instance_.reset();
   jobs_ = jobs;
   host::InstanceSettings settings;
   settings.sourceConnected = !jobs.empty();

@@ -27,6 +27,8 @@ public:
   // Creates the instance for the frames, which may be none, and runs the edits.
   void createInstance(const std::vector<FrameJob>& jobs);
   void press(const std::string& name);
+  void loadLook(const std::filesystem::path& file);
+  const host::EffectInstance& instance() const { return *instance_; }
   void render();
   void saveProject() const;
 
@@ -41,7 +43,6 @@ private:
   void attach(const FrameJob& job, const Picture& picture);
   void runEdit(const Edit& edit);
   void throughDialog(const char* button, const std::filesystem::path& file);
-  void loadLook(const std::filesystem::path& file);
   void saveLook(const std::filesystem::path& file);
   Rendered renderOne(const FrameJob& job, const Picture& picture);
   Picture read(const FrameJob& job) const;

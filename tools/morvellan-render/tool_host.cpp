@@ -81,6 +81,18 @@ std::vector<std::string> ToolObserver::takeMessages()
   return std::exchange(messages_, {});
 }
 
+std::set<std::string> ToolObserver::takeWritten()
+{
+  const std::scoped_lock lock(mutex_);
+  return std::exchange(written_, {});
+}
+
+void ToolObserver::parameterWritten(const host::ParameterWrite& write)
+{
+  const std::scoped_lock lock(mutex_);
+  written_.insert(write.parameter);
+}
+
 void ToolObserver::misuse(const std::string& what)
 {
   if (talk_ == Talk::Verbose)
@@ -119,6 +131,11 @@ void ToolObserver::persistentMessage(const host::Message& message)
 {
   {
     const std::scoped_lock lock(mutex_);
+    if (collecting_)
+    {
+      messages_.push_back(message.text);
+      return;
+    }
     if (std::exchange(complaint_, message.text) == message.text)
     {
       return;  // it still stands

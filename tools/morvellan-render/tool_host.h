@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <mutex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -25,14 +26,17 @@ public:
 
   // The last persistent message, which explains a failure.
   std::string lastComplaint() const;
-  // Keeps dialogs instead of printing them, and hands over what was kept.
+  // Keeps messages instead of printing them, and hands over what was kept.
   void collectMessages() { collecting_ = true; }
   std::vector<std::string> takeMessages();
+  // The parameters that the plug-in has written, and forgets them.
+  std::set<std::string> takeWritten();
 
   void misuse(const std::string& what) override;
   OfxStatus message(const host::Message& message) override;
   void persistentMessage(const host::Message& message) override;
   void persistentMessageCleared() override;
+  void parameterWritten(const host::ParameterWrite& write) override;
   bool abortRequested() override;
 
 private:
@@ -44,6 +48,7 @@ private:
   std::string complaint_;
   bool collecting_ = false;
   std::vector<std::string> messages_;
+  std::set<std::string> written_;
 };
 
 // From here on an interrupt or a termination ends the render after the frame, with nothing half-written.

@@ -2,6 +2,8 @@
 // Tests of the host load it to see that good behaviour passes and that each misuse is caught.
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <string>
 #include <string_view>
 
 #include "ofx/ofxImageEffect.h"
@@ -229,9 +231,13 @@ OfxStatus describeInContext(OfxImageEffectHandle effect)
   defineParam(set, kOfxParamTypeInteger, "Count");
   defineParam(set, kOfxParamTypeRGB, "Tint");
   defineParam(set, kOfxParamTypeString, "Note");
-  defineParam(set, kOfxParamTypePushButton, "About");
+  for (const char* const button : {"About", "LoadLooks", "SaveLooks"})
+  {
+    defineParam(set, kOfxParamTypePushButton, button);
+  }
   int nth = 0;
-  for (const char* const child : {"Group", "Gain", "Mode", "Bypass", "Count", "Tint", "Note", "About"})
+  for (const char* const child :
+       {"Group", "Gain", "Mode", "Bypass", "Count", "Tint", "Note", "About", "LoadLooks", "SaveLooks"})
   {
     props->propSetString(page, kOfxParamPropPageChild, nth++, child);
   }
@@ -456,6 +462,25 @@ OfxStatus identity(OfxImageEffectHandle effect, OfxPropertySetHandle out)
   return kOfxStatOK;
 }
 
+// The file that the stand-in for a file dialog names.
+std::string dialogAnswer()
+{
+  const std::string answer = variable("MORVELLAN_FILE_DIALOG");
+  return answer.substr(answer.find(':') + 1);
+}
+
+// A Look of this effect is a file with the gain.
+void loadLook(OfxImageEffectHandle effect)
+{
+  double gain = 0.0;
+  if (!(std::ifstream(dialogAnswer()) >> gain))
+  {
+    messages->setPersistentMessage(effect, kOfxMessageError, "", "%s", "Gain : the Look has no number");
+    gain = 1.0;
+  }
+  params->paramSetValue(paramOf(effect, "Gain"), gain);
+}
+
 OfxStatus changed(OfxImageEffectHandle effect, OfxPropertySetHandle in)
 {
   const char* name = "";
@@ -470,6 +495,14 @@ OfxStatus changed(OfxImageEffectHandle effect, OfxPropertySetHandle in)
   {
     messages->message(effect, kOfxMessageMessage, "", "Gain : device %s, threads %s, trace %s",
                       variable("MORVELLAN_DEVICE"), variable("MORVELLAN_THREADS"), variable("MORVELLAN_TRACE"));
+  }
+  if (std::strcmp(name, "LoadLooks") == 0)
+  {
+    loadLook(effect);
+  }
+  if (std::strcmp(name, "SaveLooks") == 0)
+  {
+    std::ofstream(dialogAnswer()) << gainOf(effect) << '\n';
   }
   if (std::strcmp(name, "Bypass") == 0)
   {

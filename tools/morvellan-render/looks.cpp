@@ -1,0 +1,116 @@
+// Looks shown, checked and compared: each is loaded into an instance of its own, and what the plug-in then holds is
+// read.
+#include "looks.h"
+
+#include <map>
+#include <set>
+
+#include <fmt/format.h>
+
+#include "errors.h"
+
+namespace morvellan::tool
+{
+namespace
+{
+
+struct LoadedLook
+{
+  std::map<std::string, host::ParamValue> values;
+  std::set<std::string> written;  // by the reader
+  std::vector<std::string> complaints;
+};
+
+LoadedLook loadAlone(Session& session, const std::string& file)
+{
+  session.createInstance({});
+  ToolObserver& observer = session.observer();
+  observer.collectMessages();
+  observer.takeMessages();
+  observer.takeWritten();
+  session.loadLook(file);
+  LoadedLook look{.values = {}, .written = observer.takeWritten(), .complaints = observer.takeMessages()};
+  for (const auto& param : session.instance().params().params())
+  {
+    if (param->hasValue())
+    {
+      look.values.emplace(param->name(), param->value());
+    }
+  }
+  return look;
+}
+
+// A Choice's value with its label.
+std::string shown(const host::Param& param, const host::ParamValue& value)
+{
+  if (param.kind() == host::ParamKind::Choice)
+  {
+    return fmt::format("{} ({})", value.asInt(), param.options().at(static_cast<std::size_t>(value.asInt())));
+  }
+  return param.kind() == host::ParamKind::Boolean ? (value.asBool() ? "on" : "off") : toText(value);
+}
+
+void show(Session& session, const std::string& file)
+{
+  const LoadedLook look = loadAlone(session, file);
+  for (const host::Param* const param : session.descriptor().inPageOrder())
+  {
+    if (look.written.contains(param->name()))
+    {
+      fmt::print("{:<28} {}\n", param->name(), shown(*param, look.values.at(param->name())));
+    }
+  }
+}
+
+void check(Session& session, const std::vector<std::string>& files)
+{
+  std::size_t faulty = 0;
+  for (const std::string& file : files)
+  {
+    const std::vector<std::string> complaints = loadAlone(session, file).complaints;
+    faulty += complaints.empty() ? 0 : 1;
+    for (const std::string& complaint : complaints)
+    {
+      fmt::print("{}: {}\n", file, complaint);
+    }
+  }
+  if (faulty > 0)
+  {
+    throw RenderError(
+        fmt::format("{} of {} Looks are faulty; save them anew or correct the lines named", faulty, files.size()));
+  }
+}
+
+void diff(Session& session, const std::string& first, const std::string& second)
+{
+  const LoadedLook a = loadAlone(session, first);
+  const LoadedLook b = loadAlone(session, second);
+  for (const host::Param* const param : session.descriptor().inPageOrder())
+  {
+    if (param->hasValue() && a.values.at(param->name()) != b.values.at(param->name()))
+    {
+      fmt::print("{:<28} {:<28} {}\n", param->name(), shown(*param, a.values.at(param->name())),
+                 shown(*param, b.values.at(param->name())));
+    }
+  }
+}
+
+}  // namespace
+
+void runLooks(Session& session, const LooksRequest& request)
+{
+  if (request.task == "show")
+  {
+    show(session, request.files[0]);
+  }
+  else if (request.task == "check")
+  {
+    check(session, request.files);
+  }
+  else
+  {
+    diff(session, request.files[0], request.files[1]);
+  }
+}
+
+}  // namespace morvellan::tool
