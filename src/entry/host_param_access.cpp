@@ -1,6 +1,7 @@
 // Rules speak of parameters by name; the instance's handles carry them out.
 #include "entry/host_param_access.h"
 
+#include "entry/look_buttons.h"
 #include "gpu/reports.h"
 
 namespace morvellan
@@ -68,6 +69,7 @@ void HostParamAccess::rememberResolution(params::Side side, int choice, params::
 void HostParamAccess::perform(params::Action action)
 {
   const double time = change_ ? change_->time : 0.0;
+  const auto tell = [this](const std::string& text) { plugin_.showMessage(OFX::MessageLevel::Error, text); };
   switch (action)
   {
   case params::Action::GrainDepthChosen:
@@ -86,7 +88,10 @@ void HostParamAccess::perform(params::Action action)
     plugin_.showMessage(OFX::MessageLevel::Message, gpu::aboutText());
     break;
   case params::Action::SaveLook:
+    pressSaveLook(*this, tell);
+    break;
   case params::Action::LoadLook:
+    pressLoadLook(*this, tell);
     break;
   }
 }

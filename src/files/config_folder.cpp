@@ -1,5 +1,5 @@
 // Where the GPU configuration file lives: a machine-wide folder where one can be written, else the user's own.
-// The user's folder follows the XDG Base Directory standard, 0.8.
+// The user's folders follow the XDG Base Directory standard, 0.8.
 #include "files/config_folder.h"
 
 #include <cstdlib>
@@ -19,6 +19,8 @@ namespace morvellan::files
 namespace
 {
 
+// Below the folder of program data.
+constexpr const char* windowsFolder = "\\Blackmagic Design\\DaVinci Resolve\\Support";
 constexpr const char* machineFolder = "/var/lib/morvellan";
 
 std::string environment(const char* name)
@@ -52,8 +54,7 @@ std::string configFolder(const ConfigFolderFacts& facts)
   if (!facts.buildSetting.empty())
     return facts.buildSetting;
   if (facts.windows)
-    return (facts.programData.empty() ? "\\ProgramData" : facts.programData) +
-           "\\Blackmagic Design\\DaVinci Resolve\\Support";
+    return (facts.programData.empty() ? "\\ProgramData" : facts.programData) + std::string(windowsFolder);
   if (facts.machineFolderIsWritable)
     return machineFolder;
   // The standard has relative paths ignored.
@@ -62,7 +63,19 @@ std::string configFolder(const ConfigFolderFacts& facts)
   return facts.home + "/.config/morvellan";
 }
 
-std::string configFolder()
+std::string lookFolder(const ConfigFolderFacts& facts)
+{
+  if (facts.windows)
+    return "C:\\ProgramData" + std::string(windowsFolder) + "\\";
+  if (facts.xdgDataHome.starts_with('/'))
+    return facts.xdgDataHome + "/morvellan/looks";
+  return facts.home + "/.local/share/morvellan/looks";
+}
+
+namespace
+{
+
+ConfigFolderFacts factsOfThisMachine()
 {
   ConfigFolderFacts facts{.overriding = environment("MORVELLAN_CONFIG_DIR"), .buildSetting = MORVELLAN_CONFIG_FOLDER};
 #if defined(_WIN32)
@@ -71,9 +84,22 @@ std::string configFolder()
 #else
   facts.machineFolderIsWritable = isWritableFolder(machineFolder);
   facts.xdgConfigHome = environment("XDG_CONFIG_HOME");
+  facts.xdgDataHome = environment("XDG_DATA_HOME");
   facts.home = homeFolder();
 #endif
-  return configFolder(facts);
+  return facts;
+}
+
+}  // namespace
+
+std::string configFolder()
+{
+  return configFolder(factsOfThisMachine());
+}
+
+std::string lookFolder()
+{
+  return lookFolder(factsOfThisMachine());
 }
 
 }  // namespace morvellan::files

@@ -1,5 +1,5 @@
-// The folder that holds the GPU configuration file: a machine-wide one where it can be written, else the user's own.
-// The rules are a function of plain facts, so that each can be tried on any machine.
+// The folder that holds the GPU configuration file, a machine-wide one where it can be written, else the user's own;
+// and the folder of Look files. The rules are a function of plain facts, so that each can be tried on any machine.
 #pragma once
 
 #include <string>
@@ -16,6 +16,7 @@ struct ConfigFolderFacts
   std::string programData = {};          // %ProgramData%
   bool machineFolderIsWritable = false;  // /var/lib/morvellan
   std::string xdgConfigHome = {};
+  std::string xdgDataHome = {};
   std::string home = {};
 };
 
@@ -23,5 +24,9 @@ struct ConfigFolderFacts
 
 // The folder on this machine, from the environment as it is now.
 [[nodiscard]] std::string configFolder();
+
+// The folder that the dialogs for Look files propose; it need not exist.
+[[nodiscard]] std::string lookFolder(const ConfigFolderFacts& facts);
+[[nodiscard]] std::string lookFolder();
 
 }  // namespace morvellan::files

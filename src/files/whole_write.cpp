@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <random>
 
 #include <fmt/format.h>
@@ -69,15 +70,27 @@ std::error_code fill(File file, std::string_view content)
   return !writing && !closed ? lastError() : writing;
 }
 
-}  // namespace
+enum class Stage
+{
+  creating,
+  filling
+};
 
-std::error_code writeWhole(const fs::path& path, std::string_view content)
+struct Failure
+{
+  Stage stage = Stage::filling;
+  std::error_code error;
+};
+
+Failure replace(const fs::path& path, std::string_view content, std::optional<fs::perms> permissions)
 {
   fs::path beside;
   File file = createBeside(path, beside);
   if (!file)
-    return lastError();
+    return {Stage::creating, lastError()};
   std::error_code error = fill(std::move(file), content);
+  if (!error && permissions)
+    fs::permissions(beside, *permissions, error);
   if (!error)
     fs::rename(beside, path, error);
   if (error)
@@ -85,7 +98,47 @@ std::error_code writeWhole(const fs::path& path, std::string_view content)
     std::error_code ignored;
     fs::remove(beside, ignored);
   }
-  return error;
+  return {Stage::filling, error};
+}
+
+std::error_code writeInPlace(const fs::path& path, std::string_view content)
+{
+  errno = 0;
+  File file{std::fopen(path.string().c_str(), "wb")};
+  if (!file)
+    return lastError();
+  return fill(std::move(file), content);
+}
+
+}  // namespace
+
+std::error_code writeWhole(const fs::path& path, std::string_view content)
+{
+  return replace(path, content, std::nullopt).error;
+}
+
+std::error_code writeWholeOrInPlace(const fs::path& path, std::string_view content)
+{
+  std::error_code ignored;
+  const fs::path real = fs::is_symlink(path, ignored) ? fs::weakly_canonical(path, ignored) : path;
+  const fs::path& target = real.empty() ? path : real;
+  const fs::file_status status = fs::status(target, ignored);
+  if (!fs::exists(status))
+    return writeWhole(target, content);
+  // A pipe would wait for its reader.
+  if (!fs::is_regular_file(status))
+    return std::make_error_code(std::errc::invalid_argument);
+  // A rename would succeed on a file that its owner has protected from writing.
+  errno = 0;
+  if (!File{std::fopen(target.string().c_str(), "r+b")})
+    return lastError();
+  const Failure failure = replace(target, content, status.permissions());
+  const bool refused = failure.error == std::errc::permission_denied ||
+                       failure.error == std::errc::operation_not_permitted ||
+                       failure.error == std::errc::read_only_file_system;
+  if (failure.stage == Stage::creating && refused)
+    return writeInPlace(target, content);
+  return failure.error;
 }
 
 }  // namespace morvellan::files

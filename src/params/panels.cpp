@@ -153,8 +153,13 @@ void hidePrintStockControls(ParamAccess& access)
 
 void showPrintPanel(ParamAccess& access)
 {
+  layOutPrintPanel(access, isGammaInput(indexOf(access, "InputGamut")));
+}
+
+void layOutPrintPanel(ParamAccess& access, bool inputBarsPrint)
+{
   const bool bypass = isOn(access, "PrintDisplayBypass");
-  if (bypass || isGammaInput(indexOf(access, "InputGamut")))
+  if (bypass || inputBarsPrint)
   {
     access.setVisible("PrintProfile", false);
     hidePrintStockControls(access);

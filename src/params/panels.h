@@ -55,4 +55,7 @@ void hidePrintStockControls(ParamAccess& access);
 // The whole print side for PrintDisplayBypass, InputGamut, PrintProfile, the two bleach bypasses and the display. With
 // PrintDisplayBypass on, Bleach is set off; nothing else is written.
 void showPrintPanel(ParamAccess& access);
+// The same where the caller says whether the input bars print, as a Look load does, whose list of such inputs is its
+// own.
+void layOutPrintPanel(ParamAccess& access, bool inputBarsPrint);
 }  // namespace morvellan::params

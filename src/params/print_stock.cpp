@@ -36,6 +36,10 @@ void writeNeutralStore(ParamAccess& access)
   for (const Setting& setting : printCommon())
     if (at(setting.name).kind == Kind::Integer && at(setting.name).hidden == Hidden::SecretOnly)
       write(access, setting.name, setting.value);
+}
+
+void writeNeutralControls(ParamAccess& access)
+{
   write(access, "Bleach", 0.0);
   write(access, "PrintBleachPivot", plainBleachPivot);
   writeFamily(access, "PrintBleach", "PrintBleach", 0.0);
@@ -73,6 +77,20 @@ void writeBleachLayer(ParamAccess& access, int stock)
   scaleByMean(access, "PrinterLight", "PrinterLightsRGB", constants.k);
 }
 
+// The table's values of a stock that has any, for the parameters that are wanted.
+template <class Wanted>
+void writeTable(ParamAccess& access, int stock, const Wanted& wanted)
+{
+  if (!hasTable(stock))
+    return;
+  for (const Setting& setting : printCommon())
+    if (wanted(setting.name))
+      write(access, setting.name, setting.value);
+  for (const PrintRow& row : printRows())
+    if (wanted(row.name))
+      write(access, row.name, row.values[static_cast<std::size_t>(stock - firstStock)]);
+}
+
 void noneChosen(ParamAccess& access)
 {
   hidePrintStockControls(access);
@@ -85,13 +103,18 @@ void noneChosen(ParamAccess& access)
 void writePrintStock(ParamAccess& access, int stock)
 {
   if (stock == customStock)
+  {
     writeNeutralStore(access);
-  if (!hasTable(stock))
-    return;
-  for (const Setting& setting : printCommon())
-    write(access, setting.name, setting.value);
-  for (const PrintRow& row : printRows())
-    write(access, row.name, row.values[static_cast<std::size_t>(stock - firstStock)]);
+    writeNeutralControls(access);
+  }
+  writeTable(access, stock, [](std::string_view) { return true; });
+}
+
+void writePrintStore(ParamAccess& access, int stock)
+{
+  if (stock == customStock)
+    writeNeutralStore(access);
+  writeTable(access, stock, [](std::string_view name) { return at(name).hidden == Hidden::SecretOnly; });
 }
 
 void printStockChosen(ParamAccess& access)

@@ -13,6 +13,9 @@ void printStockChosen(ParamAccess& access);
 // ones for the custom stock, nothing for any other index.
 void writePrintStock(ParamAccess& access, int stock);
 
+// The part of it that goes into the hidden store, for a Look, which holds the visible controls itself.
+void writePrintStore(ParamAccess& access, int stock);
+
 // Bleach: the print stock's bleach layer, or its plain values again.
 void printBleachChanged(ParamAccess& access);
 

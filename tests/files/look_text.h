@@ -1,0 +1,63 @@
+// Look files as tests write them: the text of some settings, with single fields or lines changed.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "files/look_file.h"
+#include "files/look_table.h"
+#include "tests/params/memory_params.h"
+
+namespace morvellan::test
+{
+
+// Fields are counted from 1, as they stand in the file.
+class LookText
+{
+public:
+  explicit LookText(const params::ParamAccess& access = params::MemoryParams())
+  {
+    std::string_view text = all_ = files::formatLook(access);
+    for (; !text.empty(); text.remove_prefix(text.find('\n') + 1))
+      lines_.emplace_back(text.substr(0, text.find('\n') + 1));
+  }
+
+  static const files::LookField& field(int number) { return files::lookFields()[static_cast<std::size_t>(number - 1)]; }
+  LookText& put(int number, const std::string& value) { return putLine(number, field(number).label + value + "\n"); }
+  LookText& putLine(int number, const std::string& line)
+  {
+    lines_.at(static_cast<std::size_t>(number - 1)) = line;
+    return *this;
+  }
+  const std::string& line(int number) const { return lines_.at(static_cast<std::size_t>(number - 1)); }
+  std::string value(int number) const
+  {
+    const std::string& whole = line(number);
+    return whole.substr(files::lookLabelColumns, whole.size() - files::lookLabelColumns - 1);
+  }
+  std::size_t size() const { return lines_.size(); }
+
+  std::string text() const { return first(static_cast<int>(lines_.size())); }
+  std::string first(int count) const
+  {
+    std::string text;
+    for (int number = 1; number <= count; ++number)
+      text += line(number);
+    return text;
+  }
+
+private:
+  std::string all_;
+  std::vector<std::string> lines_;
+};
+
+// Loads the text and gives the messages.
+inline std::vector<std::string> load(params::ParamAccess& access, const std::string& text)
+{
+  std::vector<std::string> messages;
+  files::applyLook(text, access, [&](const std::string& message) { messages.push_back(message); });
+  return messages;
+}
+
+}  // namespace morvellan::test
