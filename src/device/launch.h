@@ -121,6 +121,17 @@ private:
 namespace detail
 {
 
+// How many neighbouring groups of lanes a kernel takes in one call of a flat launch. Long chains of arithmetic wait for
+// their own results; a second group fills the wait. At most 2, which is what the padding of buffers holds.
+template <typename Kernel>
+constexpr int groupsOf()
+{
+  if constexpr (requires { Kernel::groups; })
+    return Kernel::groups;
+  else
+    return 1;
+}
+
 inline constexpr int flatBlock = 4096;  // pixels: a few of them keep a thread busy for microseconds
 
 }  // namespace detail
@@ -142,7 +153,8 @@ void launchNamed(const Queue& queue, std::string_view name, Flat shape, const Ke
                     {
                       const ptrdiff_t last = range.end() * detail::flatBlock;
                       const ptrdiff_t end = last < count ? last : count;
-                      for (ptrdiff_t i = range.begin() * detail::flatBlock; i < end; i += lanes)
+                      constexpr int step = lanes * detail::groupsOf<Kernel>();
+                      for (ptrdiff_t i = range.begin() * detail::flatBlock; i < end; i += step)
                         local(Pixels{0, 0, i, lanes});
                     });
 }

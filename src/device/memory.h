@@ -9,9 +9,9 @@
 namespace morvellan::MORVELLAN_TARGET
 {
 
-// Bytes that every allocation carries beyond its size, so that a launch may read and write `lanes` whole RGBA pixels
-// from any pixel of a frame.
-inline constexpr size_t paddingBytes = 16 * 4 * 4 + 64;
+// Bytes that every allocation carries beyond its size, so that a launch may read and write two groups of `lanes` whole
+// RGBA pixels from any pixel of a frame.
+inline constexpr size_t paddingBytes = 2 * 16 * 4 * 4 + 64;
 
 enum class MemoryKind
 {

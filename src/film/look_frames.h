@@ -15,6 +15,15 @@ struct LookPlanes
   float* alpha = nullptr;
 };
 
+// The look's chains of arithmetic are long: on the CPU its kernels take two groups of lanes at once.
+inline constexpr int lookGroups = lanes > 1 ? 2 : 1;
+
+// The k-th group of a flat launch's call.
+MORVELLAN_INLINE Pixels group(Pixels at, int k)
+{
+  return {at.x, at.y, at.index + k * lanes, at.count};
+}
+
 MORVELLAN_INLINE Rgba loadPixel(const float* image, int channels, Pixels at)
 {
   if (channels == 4)

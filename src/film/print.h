@@ -65,21 +65,25 @@ constexpr LookMember lookOf(PrintMember member)
 }
 
 // Everything of a stock before the tone scale, on linear light. The bleach has its curves here, without the gamma.
-template <PrintMember Member>
-MORVELLAN_INLINE Rgb gradePrint(const PrintLook& look, Rgb c)
+template <PrintMember Member, int Groups>
+MORVELLAN_INLINE void gradePrint(const PrintLook& look, Rgb (&c)[Groups])
 {
   if (Member == PrintMember::Display)
-    return c;
-  c = applyAttributes<hasVectors(lookOf(Member))>(look.attributes, applyCast(look.cast, c));
-  if (look.saturates)
-    c = multiply(look.saturation, c);
-  if (Member == PrintMember::Bleach)
+    return;
+  for (Rgb& p : c)
+    p = applyCast(look.cast, p);
+  applyAttributes<hasVectors(lookOf(Member))>(look.attributes, c);
+  for (Rgb& p : c)
   {
-    if (look.tone.on)
-      c = filmDecode(bendTone(look.tone, filmEncode(c)));
-    c = filmDecodeOpen(retainSilver(look.silver, c));
+    if (look.saturates)
+      p = multiply(look.saturation, p);
+    if (Member == PrintMember::Bleach)
+    {
+      if (look.tone.on)
+        p = filmDecode(bendTone(look.tone, filmEncode(p)));
+      p = filmDecodeOpen(retainSilver(look.silver, p));
+    }
   }
-  return c;
 }
 
 // Gamma and curves of linear light.
@@ -121,18 +125,37 @@ struct PrintArguments
   PrintLook look = {};
 };
 
+// The graded light of a call's groups, and their alpha.
+template <PrintMember Member>
+MORVELLAN_INLINE void loadGraded(const PrintArguments& a, Pixels at, Rgb (&c)[lookGroups], Real (&alpha)[lookGroups])
+{
+  for (int k = 0; k < lookGroups; ++k)
+  {
+    const Rgba p = loadPixel(a.image, a.channels, group(at, k));
+    c[k] = {p.r, p.g, p.b};
+    alpha[k] = p.a;
+  }
+  gradePrint<Member>(a.look, c);
+}
+
 template <PrintMember Member>
 struct print_to_frames
 {
+  static constexpr int groups = lookGroups;
   PrintArguments a;
 
   MORVELLAN_KERNEL void operator()(Pixels at) const
   {
-    const Rgba p = loadPixel(a.image, a.channels, at);
-    const Rgb result = displayPrint<Member>(a.look, gradePrint<Member>(a.look, {p.r, p.g, p.b}));
-    storePixel(a.image, a.channels, at, result, p.a);
-    if (a.image2)
-      storePixel(a.image2, a.channels, at, result, p.a);
+    Rgb c[groups];
+    Real alpha[groups];
+    loadGraded<Member>(a, at, c, alpha);
+    for (int k = 0; k < groups; ++k)
+    {
+      const Rgb result = displayPrint<Member>(a.look, c[k]);
+      storePixel(a.image, a.channels, group(at, k), result, alpha[k]);
+      if (a.image2)
+        storePixel(a.image2, a.channels, group(at, k), result, alpha[k]);
+    }
   }
 };
 
@@ -140,16 +163,21 @@ struct print_to_frames
 template <PrintMember Member>
 struct print_to_planes
 {
+  static constexpr int groups = lookGroups;
   PrintArguments a;
 
   MORVELLAN_KERNEL void operator()(Pixels at) const
   {
-    const Rgba p = loadPixel(a.image, a.channels, at);
-    const Rgb graded = positive(gradePrint<Member>(a.look, {p.r, p.g, p.b}));
-    const Rgb scaledLight = positive(fromWeightedNeutral(scaleTone(a.look.scale, graded)));
-    storePlanes(a.planes, at, compressFilm(scaledLight));
-    if (a.planes.alpha)
-      storePlane(a.planes.alpha, at, p.a);
+    Rgb c[groups];
+    Real alpha[groups];
+    loadGraded<Member>(a, at, c, alpha);
+    for (int k = 0; k < groups; ++k)
+    {
+      const Rgb light = positive(fromWeightedNeutral(scaleTone(a.look.scale, positive(c[k]))));
+      storePlanes(a.planes, group(at, k), compressFilm(light));
+      if (a.planes.alpha)
+        storePlane(a.planes.alpha, group(at, k), alpha[k]);
+    }
   }
 };
 

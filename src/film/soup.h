@@ -70,11 +70,13 @@ MORVELLAN_INLINE Rgb developedLight(const float* exposure, const float* density,
   return {d.r * d.r * e.r * gain, d.g * d.g * e.g * gain, d.b * d.b * e.b * gain};
 }
 
-// The first half of the Soup: a linear colour with its cast, tints and attributes.
-template <LookMember Member>
-MORVELLAN_INLINE Rgb gradeSoup(const SoupLook& look, Rgb linear)
+// The first half of the Soup: linear colours with their cast, tints and attributes.
+template <LookMember Member, int Groups>
+MORVELLAN_INLINE void gradeSoup(const SoupLook& look, Rgb (&c)[Groups])
 {
-  return applyAttributes<hasVectors(Member)>(look.attributes, applyCast(look.cast, linear));
+  for (Rgb& p : c)
+    p = applyCast(look.cast, p);
+  applyAttributes<hasVectors(Member)>(look.attributes, c);
 }
 
 // The second half: code values of the negative. With the tone curve off, silver is retained on the linear colour.
@@ -127,19 +129,34 @@ struct SoupArguments
   SoupExit exit = {};
 };
 
+// The graded light of a call's groups.
+template <LookMember Member>
+MORVELLAN_INLINE void loadGraded(const SoupArguments& a, Pixels at, Rgb (&c)[lookGroups])
+{
+  for (int k = 0; k < lookGroups; ++k)
+    c[k] = developedLight(a.exposure, a.density, group(at, k));
+  gradeSoup<Member>(a.look, c);
+}
+
 template <LookMember Member>
 struct soup_to_frames
 {
+  static constexpr int groups = lookGroups;
   SoupArguments a;
 
   MORVELLAN_KERNEL void operator()(Pixels at) const
   {
-    const Rgb linear = gradeSoup<Member>(a.look, developedLight(a.exposure, a.density, at));
-    const Rgb result = leaveSoup(a.exit, developSoup<Member>(a.look, linear));
-    const Real alpha = a.channels == 4 ? loadPlane(a.planes.alpha, at) : Real(1.0f);
-    storePixel(a.image, a.channels, at, result, alpha);
-    if (a.image2)
-      storePixel(a.image2, a.channels, at, result, alpha);
+    Rgb c[groups];
+    loadGraded<Member>(a, at, c);
+    for (int k = 0; k < groups; ++k)
+    {
+      const Pixels to = group(at, k);
+      const Rgb result = leaveSoup(a.exit, developSoup<Member>(a.look, c[k]));
+      const Real alpha = a.channels == 4 ? loadPlane(a.planes.alpha, to) : Real(1.0f);
+      storePixel(a.image, a.channels, to, result, alpha);
+      if (a.image2)
+        storePixel(a.image2, a.channels, to, result, alpha);
+    }
   }
 };
 
@@ -147,12 +164,15 @@ struct soup_to_frames
 template <LookMember Member>
 struct soup_to_planes
 {
+  static constexpr int groups = lookGroups;
   SoupArguments a;
 
   MORVELLAN_KERNEL void operator()(Pixels at) const
   {
-    const Rgb linear = gradeSoup<Member>(a.look, developedLight(a.exposure, a.density, at));
-    storePlanes(a.planes, at, compressFilm(linear));
+    Rgb c[groups];
+    loadGraded<Member>(a, at, c);
+    for (int k = 0; k < groups; ++k)
+      storePlanes(a.planes, group(at, k), compressFilm(c[k]));
   }
 };
 

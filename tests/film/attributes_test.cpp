@@ -27,8 +27,12 @@ struct apply_attributes
 
   MORVELLAN_KERNEL void operator()(Pixels at) const
   {
-    const Rgb c = loadRgb(source, at);
-    storeRgb(target, at, vectors ? applyAttributes<true>(engine, c) : applyAttributes<false>(engine, c));
+    Rgb c[] = {loadRgb(source, at)};
+    if (vectors)
+      applyAttributes<true>(engine, c);
+    else
+      applyAttributes<false>(engine, c);
+    storeRgb(target, at, c[0]);
   }
 };
 

@@ -275,6 +275,38 @@ ENGINE_TEST(Print, ChoosesTheSmallestMember)
   EXPECT_FALSE(launchPrint(Queue{}, "film_print", {}));
 }
 
+// A print stock as its table gives it, EK-2383 for D65, on greys: their attributes change nothing.
+ENGINE_TEST(Print, GreysThroughAStockRise)
+{
+  PrintSettings s = stock(2);
+  s.gamma = {.power = {0.87125f, 0.8475f, 0.77375f}, .live = {true, true, true}};
+  for (size_t c = 0; c < 3; ++c)
+    s.gamma.scale[c] = 0.173f / std::pow(0.173f, s.gamma.power[c]);
+  s.tone = {.live = true,
+            .toePivot = 0.323006843f,
+            .toe = {0.289f, 0.287f, 0.266f},
+            .shoulderPivot = 0.262758553f,
+            .shoulder = {0.205f, 0.394f, 0.293f},
+            .kneeCentre = 0.34f};
+  s.density = {
+      .floor = {-0.086f, -0.086f, -0.086f}, .ceiling = {1.5f, 1.5f, 1.5f}, .scale = 1.0f / 0.612f, .slope = 2.0f};
+  // Mid-grey and white of a linear clip as the negative EK-5219 leaves them, after the laboratory's default process.
+  expectNear(
+      run("film_print_cuda_out_pfe", s, {0.1760054f, 0.1760054f, 0.1760054f, 0.96805009f, 0.96805009f, 0.96805009f}),
+      {0.3263491f, 0.3140532f, 0.2847414f, 0.7429062f, 0.7046642f, 0.5969224f}, 2e-5f, "print of a negative");
+  Values greys;
+  for (int i = 0; i < 2000; ++i)
+    greys.insert(greys.end(), 3, std::exp2(static_cast<float>(i) * 0.01f - 12.0f));
+  for (int display = 0; display < displayCount; ++display)
+  {
+    s.display = display;
+    s.peak = isHdr(display) ? 203.0f : 100.0f;
+    const Values ramp = run("film_print_cuda_out_pfe", s, greys);
+    for (size_t i = 3; i < ramp.size(); ++i)
+      ASSERT_GE(ramp[i], ramp[i - 3] - 3e-6f) << "display " << display << " value " << i;
+  }
+}
+
 ENGINE_TEST(ToneScale, ScalarsOfAPeak)
 {
   const ToneScale sdr = makeToneScale(100.0f);
