@@ -104,6 +104,7 @@ struct mix_planes
 {
   static constexpr std::string_view name = "halation_linear";
   float* image;
+  float* blur;
   std::array<float*, 3> planes;
   int channels;
   HalationMix mix;
@@ -111,7 +112,17 @@ struct mix_planes
   MORVELLAN_KERNEL void operator()(Pixels at) const
   {
     const Rgb glow = {loadPlane(planes[0], at), loadPlane(planes[1], at), loadPlane(planes[2], at)};
-    storeColour(image, at, channels, mix(glow, loadColour(image, at, channels)));
+    if (channels == 4)
+    {
+      const Rgba original = loadRgba(image, at);
+      const Rgb p = mix(glow, {original.r, original.g, original.b});
+      storeRgba(image, at, {p.r, p.g, p.b, original.a});
+      storeRgba(blur, at, {p.r, p.g, p.b, original.a});
+      return;
+    }
+    const Rgb p = mix(glow, loadRgb(image, at));
+    storeRgb(image, at, p);
+    storeRgb(blur, at, p);
   }
 };
 
@@ -130,10 +141,10 @@ void halation(const Queue& queue, float* image, float* blur, int w, int h, int c
 {
   const ptrdiff_t plane = static_cast<ptrdiff_t>(w) * h;
   const Buffer<float> own(static_cast<size_t>(plane) * 3);
-  const std::array<float*, 3> planes = {blur, blur + plane, blur + 2 * plane};
-  float* scratch = own.data();
-  float* first = own.data() + plane;
-  float* second = own.data() + 2 * plane;
+  const std::array<float*, 3> planes = {own.data(), own.data() + plane, own.data() + 2 * plane};
+  float* scratch = blur;
+  float* first = blur + plane;
+  float* second = blur + 2 * plane;
   launch(
       queue, grid2d(w, h),
       init_planes{.image = image, .planes = planes, .channels = channels, .entry = makeFilmEntry(settings.inputGamut)});
@@ -146,9 +157,7 @@ void halation(const Queue& queue, float* image, float* blur, int w, int h, int c
     halationRound(queue, rounds[3], first, scratch, channel, w, h);
   }
   launch(queue, grid2d(w, h),
-         mix_planes{.image = image, .planes = planes, .channels = channels, .mix = mixOf(settings)});
-  copy(blur, image, static_cast<size_t>(plane) * static_cast<size_t>(channels) * sizeof(float),
-       CopyKind::DeviceToDevice);
+         mix_planes{.image = image, .blur = blur, .planes = planes, .channels = channels, .mix = mixOf(settings)});
 }
 
 #endif
