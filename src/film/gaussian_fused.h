@@ -17,6 +17,13 @@
 namespace morvellan::MORVELLAN_TARGET
 {
 
+// Whether a plane may hold samples that are not finite, which the filter then reads as 0.
+enum class Samples
+{
+  Any,
+  Finite,
+};
+
 namespace detail
 {
 
@@ -25,6 +32,7 @@ inline constexpr int stripVectors = 4;  // as many chains down a strip
 inline constexpr int stripColumns = stripVectors * lanes;
 inline constexpr int bandVectors = bandRows / lanes;
 inline constexpr int chains = std::min(2, bandVectors);
+inline constexpr int prefetchDistance = 4 * lanes;  // rows are too many for the machine's own prefetchers
 
 struct Plane
 {
@@ -37,24 +45,32 @@ struct Plane
 // Filters the columns [x, x + stripColumns) of `source` over the rows [first, last), with a run-up of `runUp` rows on
 // either side where the plane has them. emit(row, vector, value) gets the forward answers, top to bottom, and then
 // revise(row, vector, value) the backward ones, bottom to top.
-template <typename Emit, typename Revise>
+template <Samples Kind, typename Emit, typename Revise>
 MORVELLAN_INLINE void filterStrip(const GaussianFilter& f, const Plane& source, int x, int first, int last, int runUp,
                                   const Emit& emit, const Revise& revise)
 {
-  const auto sample = [&](int y, int v) { return finiteOrZero(load(source.row(y) + x + v * lanes)); };
+  const auto sample = [&](int y, int v)
+  {
+    const Real read = load(source.row(y) + x + v * lanes);
+    return Kind == Samples::Any ? finiteOrZero(read) : read;
+  };
   ForwardState forward[stripVectors];
   const int top = std::max(0, first - runUp);
   MORVELLAN_UNROLL
   for (int v = 0; v < stripVectors; ++v)
     forward[v].start(f, sample(top, v));
   for (int y = top; y < first; ++y)
+  {
     MORVELLAN_UNROLL
-  for (int v = 0; v < stripVectors; ++v)
-    forward[v].step(f, sample(y, v));
+    for (int v = 0; v < stripVectors; ++v)
+      forward[v].step(f, sample(y, v));
+  }
   for (int y = first; y < last; ++y)
+  {
     MORVELLAN_UNROLL
-  for (int v = 0; v < stripVectors; ++v)
-    emit(y, v, forward[v].step(f, sample(y, v)));
+    for (int v = 0; v < stripVectors; ++v)
+      emit(y, v, forward[v].step(f, sample(y, v)));
+  }
 
   BackwardState backward[stripVectors];
   const int bottom = std::min(source.height, last + runUp);
@@ -62,14 +78,50 @@ MORVELLAN_INLINE void filterStrip(const GaussianFilter& f, const Plane& source, 
   for (int v = 0; v < stripVectors; ++v)
     backward[v].start(f, sample(bottom - 1, v));
   for (int y = bottom - 1; y >= last; --y)
+  {
     MORVELLAN_UNROLL
-  for (int v = 0; v < stripVectors; ++v)
-    backward[v].step(f, sample(y, v));
+    for (int v = 0; v < stripVectors; ++v)
+      backward[v].step(f, sample(y, v));
+  }
   for (int y = last - 1; y >= first; --y)
+  {
     MORVELLAN_UNROLL
-  for (int v = 0; v < stripVectors; ++v)
-    revise(y, v, backward[v].step(f, sample(y, v)));
+    for (int v = 0; v < stripVectors; ++v)
+      revise(y, v, backward[v].step(f, sample(y, v)));
+  }
 }
+
+// The last write of a blur, row by row from `firstRow`: what finish makes of the blurred pixels, into `target`.
+template <typename Finish>
+struct FinishedRows
+{
+  const Finish& finish;
+  float* target;
+  int width;
+  int firstRow = 0;
+
+  FinishedRows below(int row) const { return {finish, target, width, row}; }
+
+  MORVELLAN_INLINE Pixels pixelsAt(int row, int x) const
+  {
+    const int y = firstRow + row;
+    return {x, y, static_cast<ptrdiff_t>(y) * width + x, std::min(lanes, width - x)};
+  }
+
+  MORVELLAN_INLINE void operator()(int row, int x, Real blurred) const
+  {
+    const Pixels at = pixelsAt(row, x);
+    storePlane(target, at, finish(at, blurred));
+  }
+
+  MORVELLAN_INLINE void expect(int row, int x) const
+  {
+    const Pixels at = pixelsAt(row, x);
+    __builtin_prefetch(target + at.index, 1);
+    if constexpr (requires { finish.expect(at); })
+      finish.expect(at);
+  }
+};
 
 // A band of rows on its way through the row filter: samples and forward answers, transposed, `bandRows` values a
 // column.
@@ -106,19 +158,23 @@ public:
     for (int v = 0; v < bandVectors; v += chains)
     {
       if (x == 0)
+      {
         MORVELLAN_UNROLL
-      for (int k = 0; k < chains; ++k)
-        states[v + k].start(filter, load(column(samples, 0) + (v + k) * lanes));
+        for (int k = 0; k < chains; ++k)
+          states[v + k].start(filter, load(column(samples, 0) + (v + k) * lanes));
+      }
       ForwardState state[chains];
       MORVELLAN_UNROLL
       for (int k = 0; k < chains; ++k)
         state[k] = states[v + k];
       for (int i = x; i < end; ++i)
-        MORVELLAN_UNROLL
-      for (int k = 0; k < chains; ++k)
       {
-        const ptrdiff_t at = (v + k) * lanes;
-        store(column(answers, i) + at, state[k].step(filter, load(column(samples, i) + at)));
+        MORVELLAN_UNROLL
+        for (int k = 0; k < chains; ++k)
+        {
+          const ptrdiff_t at = (v + k) * lanes;
+          store(column(answers, i) + at, state[k].step(filter, load(column(samples, i) + at)));
+        }
       }
       MORVELLAN_UNROLL
       for (int k = 0; k < chains; ++k)
@@ -126,7 +182,8 @@ public:
     }
   }
 
-  // Filters backward and hands each group of `lanes` pixels to write(row, x, value), for the rows that exist.
+  // Filters backward and hands each group of `lanes` pixels to write(row, x, value), for the rows that exist;
+  // write.expect(row, x) comes some time before.
   template <typename Write>
   MORVELLAN_INLINE void backward(int inside, const Write& write)
   {
@@ -138,12 +195,16 @@ public:
         state[k].start(filter, load(column(samples, width - 1) + (v + k) * lanes));
       for (int x = (width - 1) / lanes * lanes; x >= 0; x -= lanes)
       {
+        for (int row = v * lanes; row < std::min(inside, (v + chains) * lanes); ++row)
+          write.expect(row, x - prefetchDistance);
         for (int i = std::min(x + lanes, width) - 1; i >= x; --i)
-          MORVELLAN_UNROLL
-        for (int k = 0; k < chains; ++k)
         {
-          float* answer = column(answers, i) + (v + k) * lanes;
-          store(answer, load(answer) + state[k].step(filter, load(column(samples, i) + (v + k) * lanes)));
+          MORVELLAN_UNROLL
+          for (int k = 0; k < chains; ++k)
+          {
+            float* answer = column(answers, i) + (v + k) * lanes;
+            store(answer, load(answer) + state[k].step(filter, load(column(samples, i) + (v + k) * lanes)));
+          }
         }
         MORVELLAN_UNROLL
         for (int k = 0; k < chains; ++k)
@@ -191,7 +252,7 @@ void withScratch(int count, size_t floats, const Body& body)
 }
 
 // Columns and rows of one band at a time, straight from the source: for run-ups that are short beside a band.
-template <typename Write>
+template <Samples Kind, typename Write>
 void blurBands(const GaussianFilter& f, const Plane& source, int runUp, const Write& write)
 {
   const int width = source.width;
@@ -206,12 +267,12 @@ void blurBands(const GaussianFilter& f, const Plane& source, int runUp, const Wr
                 for (int x = 0; x < width; x += stripColumns)
                 {
                   const auto at = [&](int y, int v) { return tile + (y - first) * stripColumns + v * lanes; };
-                  filterStrip(
+                  filterStrip<Kind>(
                       f, source, x, first, first + inside, runUp, [&](int y, int v, Real r) { store(at(y, v), r); },
                       [&](int y, int v, Real r) { store(at(y, v), load(at(y, v)) + r); });
                   band.forward(tile, stripColumns, inside, x);
                 }
-                band.backward(inside, [&](int row, int x, Real r) { write(first + row, x, r); });
+                band.backward(inside, write.below(first));
               });
 }
 
@@ -226,11 +287,12 @@ void blurRows(const GaussianFilter& f, const Plane& source, const Write& write)
                 Band band(f, memory, source.width);
                 for (int x = 0; x < source.width; x += stripColumns)
                   band.forward(source.row(first) + x, source.width, inside, x);
-                band.backward(inside, [&](int row, int x, Real r) { write(first + row, x, r); });
+                band.backward(inside, write.below(first));
               });
 }
 
-inline void blurColumns(const GaussianFilter& f, const Plane& source, float* target)
+template <Samples Kind>
+void blurColumns(const GaussianFilter& f, const Plane& source, float* target)
 {
   const int width = source.width;
   tbb::parallel_for(
@@ -243,7 +305,7 @@ inline void blurColumns(const GaussianFilter& f, const Plane& source, float* tar
           const int column = x + v * lanes;
           return Pixels{0, 0, static_cast<ptrdiff_t>(y) * width + column, std::clamp(width - column, 0, lanes)};
         };
-        filterStrip(
+        filterStrip<Kind>(
             f, source, x, 0, source.height, 0, [&](int y, int v, Real r) { storePlane(target, at(y, v), r); },
             [&](int y, int v, Real r) { storePlane(target, at(y, v), loadPlane(target, at(y, v)) + r); });
       });
@@ -252,18 +314,15 @@ inline void blurColumns(const GaussianFilter& f, const Plane& source, float* tar
 }  // namespace detail
 
 // One Gaussian of a plane. finish(pixels, blurred) gives what is written for a group of pixels of one row, of which
-// `pixels.count` are inside; it may read and write other planes at those pixels. `fused` are the names of the kernels
+// `pixels.count` are inside; it may read and write other planes at those pixels, and have an expect(pixels) that
+// prefetches them (the pixels may lie outside the plane). `fused` are the names of the kernels
 // that `finish` stands for, each with a "+" before it.
-template <typename Finish>
+template <Samples Kind = Samples::Any, typename Finish>
 void blurFused(const Queue& queue, const float* source, float* scratch, float* target, int width, int height,
                float sigma, const Finish& finish, std::string_view fused = {})
 {
   const GaussianFilter f = gaussianFilter(sigma);
-  const auto write = [&](int y, int x, Real blurred)
-  {
-    const Pixels at{x, y, static_cast<ptrdiff_t>(y) * width + x, std::min(lanes, width - x)};
-    storePlane(target, at, finish(at, blurred));
-  };
+  const detail::FinishedRows<Finish> write{finish, target, width};
   const int runUp = gaussianRunUp(sigma);
   if (width <= 0 || height <= 0)
     return;
@@ -271,12 +330,12 @@ void blurFused(const Queue& queue, const float* source, float* scratch, float* t
   {
     const std::string name = "iir_guassian+u_d_l_r+iir_guassian+u_d_l_r" + std::string(fused);
     const LaunchWatch watch(queue, name, width, height);
-    detail::blurBands(f, {source, width, height}, runUp, write);
+    detail::blurBands<Kind>(f, {source, width, height}, runUp, write);
     return;
   }
   {
     const LaunchWatch watch(queue, "iir_guassian+u_d_l_r", width, height);
-    detail::blurColumns(f, {source, width, height}, scratch);
+    detail::blurColumns<Kind>(f, {source, width, height}, scratch);
   }
   const std::string name = "iir_guassian+u_d_l_r" + std::string(fused);
   const LaunchWatch watch(queue, name, height, width);

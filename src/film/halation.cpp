@@ -126,12 +126,24 @@ struct mix_planes
   }
 };
 
-// One round on one channel; the blur's last write is the mix.
+// FrequencySharpenHalation on a plane, as the last write of its blur.
+struct SharpenPlane
+{
+  const float* sharp;
+  float gain;
+
+  MORVELLAN_INLINE Real operator()(Pixels at, Real soft) const
+  {
+    return FrequencySharpenHalation::mixed(loadPlane(sharp, at), soft, gain);
+  }
+  MORVELLAN_INLINE void expect(Pixels at) const { __builtin_prefetch(sharp + at.index); }
+};
+
+// One round on one channel.
 void halationRound(const Queue& queue, Round round, const float* source, float* scratch, float* target, int w, int h)
 {
-  const auto mix = [&](const Pixels& at, Real soft)
-  { return FrequencySharpenHalation::mixed(loadPlane(source, at), soft, round.gain); };
-  blurFused(queue, source, scratch, target, w, h, round.sigma, mix, "+FrequencySharpenHalation");
+  blurFused<Samples::Finite>(queue, source, scratch, target, w, h, round.sigma, SharpenPlane{source, round.gain},
+                             "+FrequencySharpenHalation");
 }
 
 }  // namespace

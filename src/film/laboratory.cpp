@@ -175,9 +175,9 @@ private:
   Sums sweep(const float* source, float* exposure, float* density, ptrdiff_t pixelsTaken, const Course& c)
   {
     if (process.retained > 1.0f)
-      return sweepAs<detail::BoundedCycle>(source, exposure, density, pixelsTaken, c);
-    return silverLasts() ? sweepAs<detail::FactoredCycle<false>>(source, exposure, density, pixelsTaken, c)
-                         : sweepAs<detail::FactoredCycle<true>>(source, exposure, density, pixelsTaken, c);
+      return sweepAs<BoundedCycle>(source, exposure, density, pixelsTaken, c);
+    return silverLasts() ? sweepAs<FactoredCycle<false>>(source, exposure, density, pixelsTaken, c)
+                         : sweepAs<FactoredCycle<true>>(source, exposure, density, pixelsTaken, c);
   }
 
   // Whether a cycle takes less silver than there is even in the brightest light and the last cycle's density.

@@ -10,7 +10,7 @@
 #include "device/sum.h"
 #include "film/gaussian.h"
 #include "film/gaussian_fused.h"
-#include "film/laboratory_kernels.h"
+#include "film/laboratory_cycles.h"
 
 namespace morvellan::MORVELLAN_TARGET
 {
@@ -53,6 +53,7 @@ struct DeveloperOfCycle
 // One or more cycles, from the state before the first of them, or from the start of the run, to the log of the
 // developer after the last of them. All but the last were run before: they bring the state, which nobody stored, up to
 // date.
+template <typename Cycle>
 struct develop_cycles
 {
   const float* exposure;
@@ -72,13 +73,7 @@ struct develop_cycles
     State s = loads ? loaded(at) : start();
     Real left = Real(0.0f);
     for (int i = 0; i < cycles; ++i)
-    {
-      const Real c = developers[static_cast<size_t>(i)].at(at, retained);
-      const Real r = developChannel(e.r, s.density.r, s.silver.r, c, rate, labSilverUse);
-      const Real g = developChannel(e.g, s.density.g, s.silver.g, c, rate, labSilverUse);
-      const Real b = developChannel(e.b, s.density.b, s.silver.b, c, rate, labSilverUse);
-      left = max(c - ((r + g) + b) * Real(labDeveloperUse), Real(0.0f));
-    }
+      left = Cycle::develop(rate, e, s.density, s.silver, developers[static_cast<size_t>(i)].at(at, retained));
     if (density)
       storeRgb(density, at, s.density);
     else
@@ -90,7 +85,7 @@ struct develop_cycles
   MORVELLAN_INLINE State start() const
   {
     const Real first = Real(labFirstDensity);
-    return {{first, first, first}, {Real(silver[0]), Real(silver[1]), Real(silver[2])}};
+    return {{first, first, first}, {Real(silver[0] * rate), Real(silver[1] * rate), Real(silver[2] * rate)}};
   }
 
   MORVELLAN_INLINE State loaded(Pixels at) const
@@ -111,6 +106,7 @@ struct develop_cycles
 };
 
 // film_lab_init and the first cycle.
+template <typename Cycle>
 struct develop_first_cycle
 {
   const float* source;
@@ -118,7 +114,7 @@ struct develop_first_cycle
   float* alpha;
   int channels;
   FilmEntry entry;
-  develop_cycles cycle;
+  develop_cycles<Cycle> cycle;
 
   MORVELLAN_KERNEL void operator()(Pixels at) const
   {
@@ -153,6 +149,34 @@ struct recombine
   }
 };
 
+#ifndef MORVELLAN_TARGET_IS_CUDA
+
+// The same as the last write of the second blur, and of the first where there is no second.
+struct CombineSecond
+{
+  const recombine& combine;
+
+  MORVELLAN_INLINE Real operator()(Pixels at, Real blurred) const
+  {
+    return combine.combined(at, loadPlane(combine.base, at), blurred);
+  }
+  MORVELLAN_INLINE void expect(Pixels at) const
+  {
+    __builtin_prefetch(combine.log + at.index);
+    __builtin_prefetch(combine.base + at.index);
+  }
+};
+
+struct CombineFirst
+{
+  const recombine& combine;
+
+  MORVELLAN_INLINE Real operator()(Pixels at, Real blurred) const { return combine.combined(at, blurred, blurred); }
+  MORVELLAN_INLINE void expect(Pixels at) const { __builtin_prefetch(combine.log + at.index); }
+};
+
+#endif
+
 class Diffusion
 {
 public:
@@ -163,11 +187,16 @@ public:
   {
     float* source = frame.source;
     float* second = frame.second;
-    if (frame.channels != 4)
-      own = Buffer<float>(static_cast<size_t>(count) * 2);
+    const size_t borrowed = frame.channels == 4 ? 2 : 0;
+    own = Buffer<float>(static_cast<size_t>(count) * (slots.size() - borrowed));
     statePlanes = {source, source + count, source + 2 * count, second, second + count, second + 2 * count};
-    slots = frame.channels == 4 ? std::array{source + 3 * count, second + 3 * count}
-                                : std::array{own.data(), own.data() + count};
+    if (borrowed != 0)
+    {
+      slots[0] = source + 3 * count;
+      slots[1] = second + 3 * count;
+    }
+    for (size_t i = borrowed; i < slots.size(); ++i)
+      slots[i] = own.data() + static_cast<ptrdiff_t>(i - borrowed) * count;
     log = frame.density;
     base = frame.density + count;
     scratch = frame.density + 2 * count;
@@ -203,20 +232,30 @@ private:
     return nullptr;
   }
 
+  // A diffused developer stays near the tank's, far from the consumption's upper bound, unless pixels gain.
   void develop(int cycle, bool saves)
   {
+    if (process.retained > 1.0f)
+      developAs<BoundedCycle>(cycle, saves);
+    else
+      developAs<FactoredCycle<true>>(cycle, saves);
+  }
+
+  template <typename Cycle>
+  void developAs(int cycle, bool saves)
+  {
     const bool last = cycle + 1 == labCycles;
-    develop_cycles cycles{.exposure = frame.exposure,
-                          .planes = statePlanes,
-                          .loads = stored,
-                          .saves = saves,
-                          .log = log,
-                          .density = last ? frame.density : nullptr,
-                          .cycles = static_cast<int>(pending.size()),
-                          .developers = {},
-                          .retained = process.retained,
-                          .rate = process.rate,
-                          .silver = {settings.silver[0], settings.silver[1], settings.silver[2]}};
+    develop_cycles<Cycle> cycles{.exposure = frame.exposure,
+                                 .planes = statePlanes,
+                                 .loads = stored,
+                                 .saves = saves,
+                                 .log = log,
+                                 .density = last ? frame.density : nullptr,
+                                 .cycles = static_cast<int>(pending.size()),
+                                 .developers = {},
+                                 .retained = process.retained,
+                                 .rate = process.rate,
+                                 .silver = {settings.silver[0], settings.silver[1], settings.silver[2]}};
     std::copy(pending.begin(), pending.end(), cycles.developers.begin());
     const Grid2d grid = grid2d(frame.width, frame.height);
     if (cycle > 0)
@@ -228,12 +267,12 @@ private:
                 frame.channels == 4 ? "film_lab_init+develop_cuda+film_lab_diffuse_reset_pfe"
                                     : "film_lab_init_RGB+develop_cuda+film_lab_diffuse_reset_pfe",
                 grid,
-                develop_first_cycle{.source = frame.source,
-                                    .exposure = frame.exposure,
-                                    .alpha = frame.alpha,
-                                    .channels = frame.channels,
-                                    .entry = makeFilmEntry(settings.inputGamut),
-                                    .cycle = cycles});
+                develop_first_cycle<Cycle>{.source = frame.source,
+                                           .exposure = frame.exposure,
+                                           .alpha = frame.alpha,
+                                           .channels = frame.channels,
+                                           .entry = makeFilmEntry(settings.inputGamut),
+                                           .cycle = cycles});
   }
 
   std::string_view developName(int cycle) const
@@ -266,15 +305,13 @@ private:
     const std::string fused = "+" + std::string(recombine::name);
     if (settings.lowDiffusion)
     {
-      blurPlane(queue, log, scratch, base, w, h, process.firstSigma);
-      blurFused(
-          queue, base, scratch, developer, w, h, process.secondSigma,
-          [&](const Pixels& at, Real blurred) { return combine.combined(at, loadPlane(base, at), blurred); }, fused);
+      blurFused<Samples::Finite>(queue, log, scratch, base, w, h, process.firstSigma,
+                                 [](const Pixels&, Real blurred) { return blurred; });
+      blurFused<Samples::Finite>(queue, base, scratch, developer, w, h, process.secondSigma, CombineSecond{combine},
+                                 fused);
       return;
     }
-    blurFused(
-        queue, log, scratch, developer, w, h, process.firstSigma,
-        [&](const Pixels& at, Real blurred) { return combine.combined(at, blurred, blurred); }, fused);
+    blurFused<Samples::Finite>(queue, log, scratch, developer, w, h, process.firstSigma, CombineFirst{combine}, fused);
 #endif
   }
 
@@ -301,7 +338,7 @@ private:
   const ptrdiff_t count;
   Buffer<float> own;
   std::array<float*, 6> statePlanes{};
-  std::array<float*, 2> slots{};
+  std::array<float*, 4> slots{};  // as many cycles are quicker to repeat than a state is to store and load
   float* log;
   float* base;
   float* scratch;

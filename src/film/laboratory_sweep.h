@@ -6,7 +6,7 @@
 #include <cstddef>
 
 #include "device/launch.h"
-#include "film/laboratory_kernels.h"
+#include "film/laboratory_cycles.h"
 
 namespace morvellan::MORVELLAN_TARGET
 {
@@ -34,44 +34,6 @@ inline constexpr int sweepItem = 2048;                   // pixels of a work ite
 inline constexpr int sweepGroups = lanes == 16 ? 2 : 1;  // side by side, where there are registers for it
 #endif
 
-// A cycle with the bounds of the kernels: for exchanges in which pixels may gain.
-struct BoundedCycle
-{
-  static MORVELLAN_INLINE Real develop(const LabSchedule& s, Rgb e, Rgb& density, Rgb& silver, Real c)
-  {
-    const float silverUse = labSilverUse * s.rate;  // silver is kept times the rate
-    const Real r = developChannel(e.r, density.r, silver.r, c, 1.0f, silverUse);
-    const Real g = developChannel(e.g, density.g, silver.g, c, 1.0f, silverUse);
-    const Real b = developChannel(e.b, density.b, silver.b, c, 1.0f, silverUse);
-    return max(fma((r + g) + b, Real(-labDeveloperUse), c), Real(0.0f));
-  }
-};
-
-// The same where no pixel gains by an exchange: consumption stays far below its upper bound, so that it can be factored
-// into developer and the rest. Floored is for settings in which it may use up more silver than there is.
-template <bool Floored>
-struct FactoredCycle
-{
-  static MORVELLAN_INLINE Real develop(const LabSchedule& s, Rgb e, Rgb& density, Rgb& silver, Real c)
-  {
-    const Real silverUse = c * Real(-labSilverUse * s.rate);
-    const Real developerUse = c * Real(-labDeveloperUse);
-    const auto channel = [&](Real exposure, Real& d, Real& store)
-    {
-      Real used = (exposure * d) * (store * d);
-      if constexpr (Floored)
-        used = max(used, Real(0.0f));
-      d = fma(c, store, d);
-      store = fma(used, silverUse, store);
-      return used;
-    };
-    const Real r = channel(e.r, density.r, silver.r);
-    const Real g = channel(e.g, density.g, silver.g);
-    const Real b = channel(e.b, density.b, silver.b);
-    return max(fma((r + g) + b, developerUse, c), Real(0.0f));
-  }
-};
-
 // Thirteen cycles of `Groups` groups of pixels. sums[i] grows by the developer after cycle i, before its exchange, of
 // the pixels that are inside.
 template <typename Cycle, int Groups>
@@ -94,7 +56,7 @@ MORVELLAN_INLINE void developPixels(const LabSchedule& s, const Rgb (&exposure)[
     MORVELLAN_UNROLL
     for (int k = 0; k < Groups; ++k)
     {
-      const Real left = Cycle::develop(s, exposure[k], density[k], silver[k], developer[k]);
+      const Real left = Cycle::develop(s.rate, exposure[k], density[k], silver[k], developer[k]);
       developer[k] = fma(left, retain, add);
       sums[cycle] = sums[cycle] + (inside < lanes ? select(firstLanes(inside), left, Real(0.0f)) : left);
     }
@@ -115,7 +77,8 @@ inline int sweepItems(ptrdiff_t count)
 
 // Sweeps over `count` pixels, in a launch over items(sweepItems(count)). A sweep with a source decodes it to exposure
 // and alpha first; another reads exposure. Without density only the sums are wanted. partials[i * items + item] is the
-// item's share of the sum after cycle i, which is the same on any number of threads. Cycle is one of those above.
+// item's share of the sum after cycle i, which is the same on any number of threads. Cycle is one of
+// laboratory_cycles.h.
 template <typename Cycle>
 struct laboratory_sweep
 {
