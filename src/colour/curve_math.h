@@ -33,10 +33,16 @@ MORVELLAN_INLINE Real ln(Real x)
 
 MORVELLAN_INLINE Real power(Real x, float exponent)
 {
-  return fast_pow(x, Real(exponent));
+  return fast_exp2(fast_log2(x) * Real(exponent));
 }
 
 #ifndef MORVELLAN_TARGET_IS_CUDA
+
+// log2 of a positive normal number.
+MORVELLAN_INLINE Real log2Above0(Real x)
+{
+  return detail::log2Regular(x);
+}
 
 // log2(1 + f) for f in [-0.29, 0.41], at f's own precision.
 MORVELLAN_INLINE Real log2NearOne(Real f)
@@ -51,6 +57,11 @@ MORVELLAN_INLINE Real exp2MinusOne(Real x)
 }
 
 #else
+
+MORVELLAN_INLINE Real log2Above0(Real x)
+{
+  return fast_log2(x);
+}
 
 MORVELLAN_INLINE Real log2NearOne(Real f)
 {

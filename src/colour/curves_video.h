@@ -89,42 +89,77 @@ struct Dcdm
 // the quotient (c1 + c2 p) / (1 + c3 p) is 1 - (1 - c1) q / (1 + c3 p), which keeps its precision in single floats.
 struct Pq
 {
-  static MORVELLAN_INLINE Real decode(Real x)
+  // A code value to the m1-th power of its light, then to log2 of the light. Codes whose power is not above 0 give a
+  // power so small that the light is 0; so does NaN.
+  static MORVELLAN_INLINE Real power1(Real x)
   {
-    // Below 2^-0.5 the numerator is negative anyway.
-    const Real q = -exp2MinusOne(clamp(fast_log2(x) * Real(0.0126833133f), Real(-0.5f), Real(0.5f)));
-    const Real n = Real(0.1640625f) - q;
-    const Real d = n / (q * Real(18.6875f) + Real(0.1640625f));
-    return powPositive(d, Real(6.27739477f));
+    // p - 1 = -q; wide of 0 it is not exact, but far enough off to end outside the range of light.
+    const Real m = exp2MinusOne(log2Above0(max(x, Real(smallest))) * Real(0.0126833133f));
+    return max((m + Real(0.1640625f)) / fma(m, Real(-18.6875f), Real(0.1640625f)), Real(smallest));
   }
-  static MORVELLAN_INLINE Real encode(Real light)
+  static MORVELLAN_INLINE Real lightLog2(Real d) { return log2Above0(d) * Real(6.27739477f); }
+  static MORVELLAN_INLINE Real decode(Real x) { return exp2NotPositive(lightLog2(power1(x))); }
+
+  // log2 of light to the m1-th power of light, then to log2 of the code value.
+  static MORVELLAN_INLINE Real codeLog2(Real p)
   {
-    const Real p = power(light, 0.159301758f);
     const Real f = (p - Real(1.0f)) * Real(0.1640625f) / (p * Real(18.6875f) + Real(1.0f));
-    return fast_exp2(log2NearOne(f) * Real(78.84375f));
+    return log2NearOne(f) * Real(78.84375f);
   }
+  static MORVELLAN_INLINE Real encode(Real light) { return fast_exp2(codeLog2(curves::power(light, 0.159301758f))); }
+
+private:
+  // Its powers vanish in a float, its logarithm does not.
+  static constexpr float smallest = 1e-30f;
 };
 
 // PQ read as the display light of a 1000 cd/m2 HLG-style display and turned into scene light by the inverse of its
-// system gamma 1.2 (ITU-R BT.2100-2, 2018). The luminance weights are BT.2020's at every index, P3's too.
+// system gamma 1.2 (ITU-R BT.2100-2, 2018). The luminance weights are BT.2020's at every index, P3's too. The chain of
+// operations is too long for a core to look past, so it is cut in stages that can each run over many pixels.
 struct Pq1000
 {
   static constexpr bool threeChannels = true;
+  static constexpr int decodeStages = 4, encodeStages = 3;
 
   static MORVELLAN_INLINE Real luminance(Rgb p) { return dot({0.262699991f, 0.677999973f, 0.0593000017f}, p); }
+
+  template <int Stage>
+  static MORVELLAN_INLINE Rgb decodeStage(Rgb p)
+  {
+    if constexpr (Stage == 0)
+      return {Pq::power1(p.r), Pq::power1(p.g), Pq::power1(p.b)};
+    else if constexpr (Stage == 1)
+      return {Pq::lightLog2(p.r), Pq::lightLog2(p.g), Pq::lightLog2(p.b)};
+    else if constexpr (Stage == 2)
+      return {exp2NotPositive(p.r), exp2NotPositive(p.g), exp2NotPositive(p.b)};
+    else
+    {
+      // In thousands of cd/m2: the factor 10000 of the curve times 0.001.
+      const Rgb light{p.r * Real(10.0f), p.g * Real(10.0f), p.b * Real(10.0f)};
+      const Real y = luminance(light);
+      // Below its smallest a luminance counts as none.
+      const Real s = exp2NotPositive(log2Above0(max(y, Real(1e-30f))) * Real(-0.166666672f));
+      return {light.r * s, light.g * s, light.b * s};
+    }
+  }
+  template <int Stage>
+  static MORVELLAN_INLINE Rgb encodeStage(Rgb p)
+  {
+    if constexpr (Stage == 0)
+    {
+      const Real s = power(luminance(p), 0.200000003f) * Real(0.1f);
+      return {p.r * s, p.g * s, p.b * s};
+    }
+    else if constexpr (Stage == 1)
+      return {power(p.r, 0.159301758f), power(p.g, 0.159301758f), power(p.b, 0.159301758f)};
+    else
+      return {fast_exp2(Pq::codeLog2(p.r)), fast_exp2(Pq::codeLog2(p.g)), fast_exp2(Pq::codeLog2(p.b))};
+  }
   static MORVELLAN_INLINE Rgb decode(Rgb p)
   {
-    // In thousands of cd/m2; the factor 10000 of the curve times 0.001.
-    const Rgb light{Pq::decode(p.r) * Real(10.0f), Pq::decode(p.g) * Real(10.0f), Pq::decode(p.b) * Real(10.0f)};
-    const Real y = luminance(light);
-    const Real s = select(y == Real(0.0f), Real(0.0f), power(y, -0.166666672f));
-    return {light.r * s, light.g * s, light.b * s};
+    return decodeStage<3>(decodeStage<2>(decodeStage<1>(decodeStage<0>(p))));
   }
-  static MORVELLAN_INLINE Rgb encode(Rgb p)
-  {
-    const Real s = power(luminance(p), 0.200000003f) * Real(0.1f);
-    return {Pq::encode(p.r * s), Pq::encode(p.g * s), Pq::encode(p.b * s)};
-  }
+  static MORVELLAN_INLINE Rgb encode(Rgb p) { return encodeStage<2>(encodeStage<1>(encodeStage<0>(p))); }
 };
 
 // ITU-R BT.2100 hybrid log-gamma (2016), scene light scaled to 0..12 when encoding and to 0..1 when decoding.

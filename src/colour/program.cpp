@@ -11,7 +11,39 @@ namespace morvellan::MORVELLAN_TARGET
 namespace
 {
 
+// How the pixels of a lane group lie: in the frame's order, or in any, which is cheaper where both sides have four
+// interleaved channels; and then past the caches.
+enum class Order : uint8_t
+{
+  Kept,
+  Any,
+  AnyStreamed,
+};
+
+template <Order O>
+MORVELLAN_INLINE void loadFour(const float* from, Rgba& p)
+{
+#ifndef MORVELLAN_TARGET_IS_CUDA
+  if constexpr (O != Order::Kept)
+    return loadPixelsInAnyOrder(from, p.r, p.g, p.b, p.a);
+#endif
+  loadInterleaved(from, p.r, p.g, p.b, p.a);
+}
+
+template <Order O>
+MORVELLAN_INLINE void storeFour(float* to, Rgba p)
+{
+#ifndef MORVELLAN_TARGET_IS_CUDA
+  if constexpr (O == Order::Any)
+    return storePixelsInAnyOrder(to, p.r, p.g, p.b, p.a);
+  if constexpr (O == Order::AnyStreamed)
+    return streamPixelsInAnyOrder(to, p.r, p.g, p.b, p.a);
+#endif
+  storeInterleaved(to, p.r, p.g, p.b, p.a);
+}
+
 // The pixels at `from` of the frame that is read; `to` is where they will be written.
+template <Order O>
 MORVELLAN_INLINE Rgba read(const Program& program, ptrdiff_t from, ptrdiff_t to)
 {
   Rgba p;
@@ -28,26 +60,31 @@ MORVELLAN_INLINE Rgba read(const Program& program, ptrdiff_t from, ptrdiff_t to)
   {
     const float* frame = (program.from == From::Self ? program.destination : program.source) + from * program.floatsIn;
     if (program.floatsIn == 4)
-      loadInterleaved(frame, p.r, p.g, p.b, p.a);
+      loadFour<O>(frame, p);
     else
       loadInterleaved(frame, p.r, p.g, p.b);
   }
   if (program.to == To::Frame && program.floatsOut == 4 && program.alpha == Alpha::None)
   {
-    Real r, g, b;
-    loadInterleaved(program.destination + to * 4, r, g, b, p.a);
+    Rgba before;
+    loadFour<O>(program.destination + to * 4, before);
+    p.a = before.a;
   }
+  else if (program.alpha == Alpha::One)
+    p.a = Real(1.0f);
   return p;
 }
 
+template <Order O>
 MORVELLAN_INLINE void writeInterleaved(float* to, int floats, Rgba p)
 {
   if (floats == 4)
-    storeInterleaved(to, p.r, p.g, p.b, p.a);
+    storeFour<O>(to, p);
   else
     storeInterleaved(to, p.r, p.g, p.b);
 }
 
+template <Order O>
 MORVELLAN_INLINE void write(const Program& program, ptrdiff_t to, Rgba p)
 {
   if (program.to == To::Planes)
@@ -59,9 +96,9 @@ MORVELLAN_INLINE void write(const Program& program, ptrdiff_t to, Rgba p)
       store(program.planes[3] + to, p.a);
     return;
   }
-  writeInterleaved(program.destination + to * program.floatsOut, program.floatsOut, p);
+  writeInterleaved<O>(program.destination + to * program.floatsOut, program.floatsOut, p);
   if (program.to == To::FrameAndSource)
-    writeInterleaved(program.source + to * program.floatsIn, program.floatsIn, p);
+    writeInterleaved<O>(program.source + to * program.floatsIn, program.floatsIn, p);
 }
 
 // A pixel in place with no steps is left alone at once.
@@ -124,6 +161,33 @@ MORVELLAN_INLINE void storeBlock(Block& block, int i, Rgb p)
   store(block.b + i, p.b);
 }
 
+template <typename C, int Stage>
+MORVELLAN_INLINE void decodeStages(Block& block, int count)
+{
+  for (int i = 0; i < count; i += lanes)
+    storeBlock(block, i, C::template decodeStage<Stage>(loadBlock(block, i)));
+  if constexpr (Stage + 1 < C::decodeStages)
+    decodeStages<C, Stage + 1>(block, count);
+}
+
+template <typename C, int Stage>
+MORVELLAN_INLINE void encodeStages(Block& block, int count)
+{
+  for (int i = 0; i < count; i += lanes)
+    storeBlock(block, i, C::template encodeStage<Stage>(loadBlock(block, i)));
+  if constexpr (Stage + 1 < C::encodeStages)
+    encodeStages<C, Stage + 1>(block, count);
+}
+
+MORVELLAN_INLINE void saturate(Block& block, int count)
+{
+  for (int i = 0; i < count; i += lanes)
+  {
+    const Rgb p = loadBlock(block, i);
+    storeBlock(block, i, {clamp01(p.r), clamp01(p.g), clamp01(p.b)});
+  }
+}
+
 struct DecodeBlock
 {
   const Decoding& decoding;
@@ -134,8 +198,15 @@ struct DecodeBlock
   MORVELLAN_INLINE void operator()(C) const
   {
     const Decoding local = decoding;
-    for (int i = 0; i < count; i += lanes)
-      storeBlock(block, i, detail::decodeCurve<C>(local, loadBlock(block, i)));
+    if constexpr (requires { C::decodeStages; })
+    {
+      if (local.saturate)
+        saturate(block, count);
+      decodeStages<C, 0>(block, count);
+    }
+    else
+      for (int i = 0; i < count; i += lanes)
+        storeBlock(block, i, detail::decodeCurve<C>(local, loadBlock(block, i)));
   }
 };
 
@@ -149,8 +220,15 @@ struct EncodeBlock
   MORVELLAN_INLINE void operator()(C) const
   {
     const Encoding local = encoding;
-    for (int i = 0; i < count; i += lanes)
-      storeBlock(block, i, detail::encodeCurve<C>(local, loadBlock(block, i)));
+    if constexpr (requires { C::encodeStages; })
+    {
+      encodeStages<C, 0>(block, count);
+      if (local.saturate)
+        saturate(block, count);
+    }
+    else
+      for (int i = 0; i < count; i += lanes)
+        storeBlock(block, i, detail::encodeCurve<C>(local, loadBlock(block, i)));
   }
 };
 
@@ -195,6 +273,21 @@ void apply(const Step& step, Block& block, int count)
   }
 }
 
+// Frames beyond this are not found in the caches by the next kernel, so they need not pass through them.
+constexpr size_t streamedBytes = 16u << 20;
+
+Order orderOf(const Program& program)
+{
+  const bool frameIn = program.from == From::Self || program.from == From::Frame;
+  if (!frameIn || program.to == To::Planes || program.floatsIn != 4 || program.floatsOut != 4)
+    return Order::Kept;
+  const size_t bytes = static_cast<size_t>(program.width) * static_cast<size_t>(program.height) * 4 * sizeof(float);
+  const bool aligned = reinterpret_cast<uintptr_t>(program.destination) % 64 == 0;
+  const bool streams = program.from == From::Frame && program.to == To::Frame && program.alpha != Alpha::None;
+  return streams && aligned && bytes >= streamedBytes ? Order::AnyStreamed : Order::Any;
+}
+
+template <Order O>
 struct colour_program
 {
   const Program& program;
@@ -213,11 +306,17 @@ struct colour_program
     for (int i = 0; i < count; i += lanes)
     {
       const Rgb p = loadBlock(block, i);
-      write(program, first + i, {p.r, p.g, p.b, load(block.a + i)});
+      write<O>(program, first + i, {p.r, p.g, p.b, load(block.a + i)});
     }
     if (program.to == To::SelfAndCompanion)
       for (ptrdiff_t i = first; i < first + count; ++i)
         program.companion[i * program.floatsOut] = 0.0f;
+  }
+
+  void finish() const
+  {
+    if constexpr (O == Order::AnyStreamed)
+      finishStreaming();
   }
 
 private:
@@ -226,7 +325,7 @@ private:
   {
     for (int i = begin; i < end; i += lanes)
     {
-      const Rgba p = read(program, from + (i - begin), to + (i - begin));
+      const Rgba p = read<O>(program, from + (i - begin), to + (i - begin));
       storeBlock(block, i, {p.r, p.g, p.b});
       store(block.a + i, p.a);
     }
@@ -292,11 +391,11 @@ struct colour_program
     ptrdiff_t from = first;
     if (program.from == From::Crop)
       from = (first / program.width + program.offsetY) * program.sourceWidth + first % program.width + program.offsetX;
-    const Rgba pixel = read(program, from, first);
+    const Rgba pixel = read<Order::Kept>(program, from, first);
     Rgb p{pixel.r, pixel.g, pixel.b};
     for (int s = 0; s < program.stepCount; ++s)
       p = apply(program.steps[s], p);
-    write(program, first, {p.r, p.g, p.b, pixel.a});
+    write<Order::Kept>(program, first, {p.r, p.g, p.b, pixel.a});
     if (program.to == To::SelfAndCompanion)
       program.companion[first * program.floatsOut] = 0.0f;
   }
@@ -308,7 +407,20 @@ struct colour_program
 
 void runProgram(const Queue& queue, std::string_view name, const Program& program)
 {
-  launchNamed(queue, name, runs(program.width, program.height), colour_program{program});
+  const Runs shape = runs(program.width, program.height);
+#ifdef MORVELLAN_TARGET_IS_CUDA
+  launchNamed(queue, name, shape, colour_program{program});
+#else
+  switch (orderOf(program))
+  {
+  case Order::Kept:
+    return launchNamed(queue, name, shape, colour_program<Order::Kept>{program});
+  case Order::Any:
+    return launchNamed(queue, name, shape, colour_program<Order::Any>{program});
+  case Order::AnyStreamed:
+    return launchNamed(queue, name, shape, colour_program<Order::AnyStreamed>{program});
+  }
+#endif
 }
 
 }  // namespace morvellan::MORVELLAN_TARGET

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include <hwy/cache_control.h>
 #include <hwy/highway.h>
 
 #include "device/target.h"
@@ -408,6 +409,61 @@ MORVELLAN_INLINE void loadInterleaved(const float* at, Real& r, Real& g, Real& b
 MORVELLAN_INLINE void storeInterleaved(float* at, Real r, Real g, Real b)
 {
   hw::StoreInterleaved3(r.v, g.v, b.v, RealTag(), at);
+}
+
+// Four channels with the pixels in an order of their own, which the store undoes: a transpose inside 128-bit blocks,
+// about half the shuffles. For work on pixels that does not ask which lane is which.
+MORVELLAN_INLINE void transposeBlocks(Real& a, Real& b, Real& c, Real& d)
+{
+  using Pairs = hw::RepartitionToWide<RealTag>;
+  const auto pairs = [](hw::Vec<RealTag> low, hw::Vec<RealTag> high, bool upper)
+  {
+    const auto l = hw::BitCast(Pairs(), low);
+    const auto h = hw::BitCast(Pairs(), high);
+    return hw::BitCast(RealTag(), upper ? hw::InterleaveUpper(Pairs(), l, h) : hw::InterleaveLower(Pairs(), l, h));
+  };
+  const auto ab = hw::InterleaveLower(RealTag(), a.v, b.v);
+  const auto abUpper = hw::InterleaveUpper(RealTag(), a.v, b.v);
+  const auto cd = hw::InterleaveLower(RealTag(), c.v, d.v);
+  const auto cdUpper = hw::InterleaveUpper(RealTag(), c.v, d.v);
+  a = pairs(ab, cd, false);
+  b = pairs(ab, cd, true);
+  c = pairs(abUpper, cdUpper, false);
+  d = pairs(abUpper, cdUpper, true);
+}
+
+MORVELLAN_INLINE void loadPixelsInAnyOrder(const float* at, Real& r, Real& g, Real& b, Real& a)
+{
+  r = load(at);
+  g = load(at + lanes);
+  b = load(at + 2 * lanes);
+  a = load(at + 3 * lanes);
+  transposeBlocks(r, g, b, a);
+}
+
+MORVELLAN_INLINE void storePixelsInAnyOrder(float* at, Real r, Real g, Real b, Real a)
+{
+  transposeBlocks(r, g, b, a);
+  store(at, r);
+  store(at + lanes, g);
+  store(at + 2 * lanes, b);
+  store(at + 3 * lanes, a);
+}
+
+// The same past the caches, for frames too large to be found there again; `at` is 64-byte aligned. Whoever streams ends
+// with finishStreaming before other threads read.
+MORVELLAN_INLINE void streamPixelsInAnyOrder(float* at, Real r, Real g, Real b, Real a)
+{
+  transposeBlocks(r, g, b, a);
+  hw::Stream(r.v, RealTag(), at);
+  hw::Stream(g.v, RealTag(), at + lanes);
+  hw::Stream(b.v, RealTag(), at + 2 * lanes);
+  hw::Stream(a.v, RealTag(), at + 3 * lanes);
+}
+
+MORVELLAN_INLINE void finishStreaming()
+{
+  hwy::FlushStream();
 }
 
 }  // namespace morvellan::MORVELLAN_TARGET

@@ -136,8 +136,9 @@ inline constexpr int flatBlock = 4096;  // pixels: a few of them keep a thread b
 
 }  // namespace detail
 
-// Pixels of a run on the CPU: four planes of them take a sixth of a 48 KB first-level cache.
-inline constexpr int runLength = 512;
+// Pixels of a run on the CPU: enough to make the choice of a step cheap, few enough that reading and writing of frames
+// overlaps with the work between them.
+inline constexpr int runLength = 64;
 
 #ifndef MORVELLAN_TARGET_IS_CUDA
 
@@ -177,7 +178,8 @@ void launchNamed(const Queue& queue, std::string_view name, Grid2d shape, const 
                     });
 }
 
-// kernel(first, count): `count` neighbouring pixels, at most runLength, from pixel `first` of the frame.
+// kernel(first, count): `count` neighbouring pixels, at most runLength, from pixel `first` of the frame. A kernel's
+// finish(), if it has one, is called on a thread after some of its runs, after all of them at last.
 template <typename Kernel>
 void launchNamed(const Queue& queue, std::string_view name, Runs shape, const Kernel& kernel)
 {
@@ -193,6 +195,8 @@ void launchNamed(const Queue& queue, std::string_view name, Runs shape, const Ke
                         const ptrdiff_t left = count - i * runLength;
                         local(i * runLength, static_cast<int>(left < runLength ? left : runLength));
                       }
+                      if constexpr (requires { local.finish(); })
+                        local.finish();
                     });
 }
 

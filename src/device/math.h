@@ -127,7 +127,8 @@ MORVELLAN_INLINE Real log2Positive(Real x)
   return select(x > Real(0.0f), detail::log2Regular(x), realOfBits(Int(static_cast<int>(0xff800000u))));
 }
 
-// 2^x of x at or below 0. Relative error at most 2.5e-7 down to -126; 0 below -126.5 and for NaN.
+// 2^x of x at or below 0, and as well of any x up to 127. Relative error at most 2.5e-7 down to -126; 0 below -126.5
+// and for NaN.
 MORVELLAN_INLINE Real exp2NotPositive(Real x)
 {
   const Real bounded = max(x, Real(-127.0f));
