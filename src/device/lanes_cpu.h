@@ -81,6 +81,10 @@ MORVELLAN_INLINE Real gather(const float* base, Int index)
 {
   return hw::GatherIndex(RealTag(), base, index.v);
 }
+MORVELLAN_INLINE Int gather(const int* base, Int index)
+{
+  return hw::GatherIndex(IntTag(), base, index.v);
+}
 // 0, 1, 2, ... along the lanes.
 MORVELLAN_INLINE Int laneIndex()
 {

@@ -67,6 +67,10 @@ MORVELLAN_INLINE Real gather(const float* base, Int index)
 {
   return base[index.v];
 }
+MORVELLAN_INLINE Int gather(const int* base, Int index)
+{
+  return base[index.v];
+}
 MORVELLAN_INLINE Int laneIndex()
 {
   return 0;

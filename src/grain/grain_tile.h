@@ -15,15 +15,11 @@
 #include <vector>
 
 #include "grain/grain_records.h"
+#include "grain/grain_tile_memory.h"
 #include "grain/radius.h"
 
 namespace morvellan::MORVELLAN_TARGET::grain
 {
-
-inline constexpr int stripLength = 960;  // pixels: a multiple of every target's lanes, below 1 << xBitsOfRecords
-inline constexpr int tileRows = 8;
-inline constexpr int columnsAtOnce = 8;
-inline constexpr int mostCells = 250;  // columns or rows of cells in reach
 
 // A launch as tiles see it.
 template <typename Radius>
@@ -33,36 +29,6 @@ struct FastPlane
   const Records& records;
   Radius radius;
   float tableScale;
-};
-
-// A pixel of the tile and a cell in its reach, packed into a word of a queue.
-struct Code
-{
-  static constexpr int xBits = xBitsOfRecords, rowBits = 3, columnBits = 8;
-  static constexpr uint32_t xMask = (1u << xBits) - 1u;
-  static uint32_t of(int row, int column, int cellRow)
-  {
-    return static_cast<uint32_t>(row) << xBits | static_cast<uint32_t>(column) << (xBits + rowBits) |
-           static_cast<uint32_t>(cellRow) << (xBits + rowBits + columnBits);
-  }
-};
-
-// The memory of one tile, reused from sample to sample.
-struct TileMemory
-{
-  static constexpr int row = stripLength + lanes;
-  static constexpr int deferredCapacity = 4096;
-
-  alignas(64) uint32_t columns[columnsAtOnce][row];  // (cx & 65535) + seed
-  alignas(64) int columnCount[row];
-  alignas(64) int threshold[tileRows][row];
-  alignas(64) int shifted[tileRows][2][row];  // records of a row whose shift is not one for all pixels
-  alignas(64) int hits[tileRows][row];
-  // Pixels to draw a first grain for: x in the record of the largest draw that means one grain.
-  alignas(64) uint32_t queue[row];
-  // Pixels to draw further grains for: where, draw, and state after the first grain.
-  alignas(64) uint32_t deferredCode[deferredCapacity + row], deferredDraw[deferredCapacity + row],
-      deferredState[deferredCapacity + row];
 };
 
 template <typename Radius>
@@ -323,14 +289,36 @@ private:
     return dx * dx + dy * dy < p.radius.nextSquared(state);
   }
 
+  static Int xOf(Word code) { return toInt(code & Word(Code::xMask)); }
+  static Int rowOfCode(Word code) { return toInt(shiftRight<Code::xBits>(code) & Word(tileRows - 1)); }
+
+  // Of the cells that wait, those whose pixel a grain has covered meanwhile go.
+  void dropCovered()
+  {
+    int kept = 0;
+    for (int j = 0; j < deferred; j += lanes)
+    {
+      const Mask valid = firstLanes(deferred - j < lanes ? deferred - j : lanes);
+      const Word code = select(valid, load(m.deferredCode + j), Word(0u));
+      const Word draw = load(m.deferredDraw + j);
+      const Word state = load(m.deferredState + j);
+      const Int threshold = gather(m.threshold[0], rowOfCode(code) * Int(TileMemory::row) + xOf(code));
+      const Mask open = valid & (threshold < Int(largestDraw));
+      store(m.deferredCode + kept, packed(code, open));
+      store(m.deferredDraw + kept, packed(draw, open));
+      store(m.deferredState + kept, packed(state, open));
+      kept += countOf(open);
+    }
+    deferred = kept;
+  }
+
   // Second and further grains of the cells that wait, and of those the ones that a grain covers.
   void drawDeferred()
   {
-    const int count = deferred;
-    deferred = 0;
-    for (int j = 0; j < count; j += lanes)
+    dropCovered();
+    for (int j = 0; j < deferred; j += lanes)
     {
-      const Mask valid = firstLanes(count - j < lanes ? count - j : lanes);
+      const Mask valid = firstLanes(deferred - j < lanes ? deferred - j : lanes);
       const Word code = select(valid, load(m.deferredCode + j), Word(0u));
       const Mask hit = drawFurther(code, load(m.deferredDraw + j), load(m.deferredState + j), valid);
       uint32_t covered[lanes];
@@ -338,12 +326,13 @@ private:
       for (int k = 0; k < countOf(hit); ++k)
         m.threshold[covered[k] >> Code::xBits & (tileRows - 1)][covered[k] & Code::xMask] = largestDraw;
     }
+    deferred = 0;
   }
 
   MORVELLAN_INLINE Mask drawFurther(Word code, Word draw, Word state, Mask valid) const
   {
-    const Real gx = gxAt(toReal(toInt(code & Word(Code::xMask))));
-    const Int row = toInt(shiftRight<Code::xBits>(code) & Word(tileRows - 1));
+    const Real gx = gxAt(toReal(xOf(code)));
+    const Int row = rowOfCode(code);
     const Int column = toInt(shiftRight<Code::xBits + Code::rowBits>(code) & Word((1u << Code::columnBits) - 1u));
     const Int cellRow = toInt(shiftRight<Code::xBits + Code::rowBits + Code::columnBits>(code));
     const Real gy = Real(oy) + (toReal(row + Int(y0)) + Real(0.5f));
