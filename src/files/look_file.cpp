@@ -55,7 +55,17 @@ std::string formatValue(LookFormat format, double value)
   return fmt::format("{:.4f}", narrowed);
 }
 
-std::optional<std::string> readStart(const fs::path& path)
+}  // namespace
+
+std::string formatLook(const params::ParamAccess& access)
+{
+  std::string text;
+  for (const LookField& field : lookFields())
+    text += field.label + formatValue(field.format, valueToWrite(access, field.parameter)) + "\n";
+  return text;
+}
+
+std::optional<std::string> readLook(const fs::path& path)
 {
   std::error_code error;
   if (!fs::is_regular_file(path, error))
@@ -69,16 +79,6 @@ std::optional<std::string> readStart(const fs::path& path)
   return bytes;
 }
 
-}  // namespace
-
-std::string formatLook(const params::ParamAccess& access)
-{
-  std::string text;
-  for (const LookField& field : lookFields())
-    text += field.label + formatValue(field.format, valueToWrite(access, field.parameter)) + "\n";
-  return text;
-}
-
 void saveLook(const fs::path& path, const params::ParamAccess& access, const Tell& tell)
 {
   if (writeWholeOrInPlace(path, formatLook(access)))
@@ -87,7 +87,7 @@ void saveLook(const fs::path& path, const params::ParamAccess& access, const Tel
 
 void loadLook(const fs::path& path, params::ParamAccess& access, const Tell& tell)
 {
-  if (const std::optional<std::string> bytes = readStart(path))
+  if (const std::optional<std::string> bytes = readLook(path))
     applyLook(*bytes, access, tell);
   else
     tell("Morvellan : Unable to open Look file. Check file and folder permissions");

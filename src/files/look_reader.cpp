@@ -105,19 +105,22 @@ void switchStocksOff(params::ParamAccess& access)
 
 }  // namespace
 
-void applyLook(std::string_view bytes, params::ParamAccess& access, const Tell& tell)
+std::vector<double> applyLook(std::string_view bytes, params::ParamAccess& access, const Tell& tell)
 {
   LookLoad load{.access = access, .values = {}};
+  std::vector<double> values;
   for (const LookField& field : lookFields())
   {
     if (bytes.empty())
-      return;
+      break;
     if (!readField(load, field, takeLine(bytes), tell))
     {
       switchStocksOff(access);
-      return;
+      break;
     }
+    values.push_back(load.value(field.parameter));
   }
+  return values;
 }
 
 }  // namespace morvellan::files
