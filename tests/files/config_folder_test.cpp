@@ -50,4 +50,12 @@ TEST(ConfigFolder, TheEnvironmentOverrides)
   EXPECT_NE(configFolder(), "/elsewhere");
 }
 
+TEST(LookFolder, IsAmongTheUsersData)
+{
+  EXPECT_EQ(lookFolder({.xdgDataHome = "/data", .home = "/home/a"}), "/data/morvellan/looks");
+  EXPECT_EQ(lookFolder({.home = "/home/a"}), "/home/a/.local/share/morvellan/looks");
+  EXPECT_EQ(lookFolder({.xdgDataHome = "relative", .home = "/home/a"}), "/home/a/.local/share/morvellan/looks");
+  EXPECT_EQ(lookFolder({.windows = true}), "C:\\ProgramData\\Blackmagic Design\\DaVinci Resolve\\Support\\");
+}
+
 }  // namespace

@@ -123,7 +123,14 @@ TEST_F(LookReader, CarriageReturnsAreNothingSpecial)
 {
   // Seven characters and a carriage return would be too long for a line.
   LookText look;
-  look.put(2, "0.5000").put(46, "7000").put(307, "0").put(308, "0").put(309, "0").put(349, "0").put(350, "0").put(351, "0");
+  look.put(2, "0.5000")
+      .put(46, "7000")
+      .put(307, "0")
+      .put(308, "0")
+      .put(309, "0")
+      .put(349, "0")
+      .put(350, "0")
+      .put(351, "0");
   std::string text = look.text();
   for (std::size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 2))
     text.insert(at, "\r");
