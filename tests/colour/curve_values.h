@@ -1,5 +1,5 @@
-// Values of every index's curve in both tables, worked out in double from the constants: decodes of code values, encodes
-// of light, with the guards and clamps of the index. ADX and PQ mix channels and have triples.
+// Values of every index's curve in both tables, worked out in double from the constants: decodes of code values,
+// encodes of light, with the guards and clamps of the index. ADX and PQ mix channels and have triples.
 #pragma once
 
 #include <iterator>
@@ -9,7 +9,8 @@ namespace morvellan::colour_values
 {
 
 inline constexpr float codes[] = {-0.1f, 0.0f, 0.03f, 0.0925f, 0.12f, 0.15f, 0.2f, 0.35f, 0.5f, 0.75f, 1.0f, 1.1f};
-inline constexpr float light[] = {-1.0f, -0.012f, -0.001f, 0.0f, 0.0004f, 0.005f, 0.012f, 0.1f, 0.18f, 0.5f, 1.0f, 4.0f, 30.0f, 500.0f};
+inline constexpr float light[] = {-1.0f, -0.012f, -0.001f, 0.0f, 0.0004f, 0.005f, 0.012f,
+                                  0.1f,  0.18f,   0.5f,    1.0f, 4.0f,    30.0f,  500.0f};
 
 inline constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 
