@@ -1,6 +1,11 @@
 # The engine's sources (device, colour, film, grain, pipeline) are compiled once per target, each time in the namespace
 # morvellan::<target>. A "host" folder below them holds what is compiled once for all targets.
-set(MORVELLAN_CPU_TARGETS cpu_v2 cpu_v3 cpu_v4)
+# cpu_v2 is in every build: it is what the others are tested against.
+set(MORVELLAN_CPU_LEVELS cpu_v2 cpu_v3 cpu_v4)
+set(MORVELLAN_CPU_TARGETS "${MORVELLAN_CPU_LEVELS}" CACHE STRING "CPU engines of the build; cpu_v2 has to be one of them")
+if(NOT "cpu_v2" IN_LIST MORVELLAN_CPU_TARGETS)
+  message(FATAL_ERROR "MORVELLAN_CPU_TARGETS is \"${MORVELLAN_CPU_TARGETS}\"; add cpu_v2, which the other engines are tested against")
+endif()
 set(MORVELLAN_ENGINE_FOLDERS device colour film grain pipeline)
 
 set(morvellan_flags_cpu_v2 -march=x86-64-v2)

@@ -1,5 +1,4 @@
 // The engines that this binary was built with. Only what links the engines' objects may use this list.
-#include <array>
 #include <optional>
 
 #include <tbb/global_control.h>
@@ -11,33 +10,11 @@
 namespace morvellan
 {
 
-namespace cpu_v2
-{
-extern const Engine engine;
-}
-namespace cpu_v3
-{
-extern const Engine engine;
-}
-namespace cpu_v4
-{
-extern const Engine engine;
-}
-#ifdef MORVELLAN_HAS_CUDA
-namespace cuda
-{
-extern const Engine engine;
-}
-#endif
+#include "built_engines.inc"
 
 std::span<const Engine* const> engines()
 {
-  static const std::array all{&cpu_v2::engine, &cpu_v3::engine, &cpu_v4::engine,
-#ifdef MORVELLAN_HAS_CUDA
-                              &cuda::engine
-#endif
-  };
-  return all;
+  return builtEngines;
 }
 
 const Engine* findEngine(std::string_view name)
@@ -59,13 +36,22 @@ void limitThreads()
     limit.emplace(tbb::global_control::max_allowed_parallelism, static_cast<size_t>(*threads));
 }
 
+// The engine of the level, or of the next lower one that the build holds.
+const Engine* bestEngine(device::CpuLevel level)
+{
+  for (int at = static_cast<int>(level); at > static_cast<int>(device::CpuLevel::none); --at)
+    if (const Engine* engine = findEngine(device::engineName(static_cast<device::CpuLevel>(at))))
+      return engine;
+  return nullptr;
+}
+
 const Engine* chooseEngine()
 {
   limitThreads();
   const device::DeviceChoice choice = device::deviceChoice();
   if (choice.kind != device::DeviceKind::software)
     return findEngine("cuda");
-  const Engine* engine = findEngine(device::engineName(device::chosenCpuLevel().level));
+  const Engine* engine = bestEngine(device::chosenCpuLevel().level);
   if (engine)
     engine->setSoftwareDevices(choice.softwareDevices, choice.peerAccess);
   return engine;
