@@ -172,6 +172,8 @@ void FrameRun::pad(const Step& step)
   else
     launch(queue, grid2d(width, height),
            Pad2DArrayRGBA{from, output.data(), height, width, params.frameWidth, 4, at.x, at.y});
+  width = params.frameWidth;
+  height = params.frameHeight;
 }
 
 }  // namespace morvellan::MORVELLAN_TARGET

@@ -54,7 +54,7 @@ private:
   std::vector<Step> plan;
   Queue queue;
 
-  // The size of the image at this point: the frame's, and the target's after a resample.
+  // The size of the image at this point: the frame's, the target's after a resample, the frame's again once placed.
   int width, height;
 
   Buffer<float> frameA, frameB, scratchPlane, cropped, output;
