@@ -138,7 +138,7 @@ struct DecodePixel
   const Decoding& decoding;
   Rgb& p;
   template <typename C>
-  MORVELLAN_INLINE void operator()(C) const
+  MORVELLAN_APART void operator()(C) const
   {
     p = decodeCurve<C>(decoding, p);
   }
@@ -149,7 +149,7 @@ struct EncodePixel
   const Encoding& encoding;
   Rgb& p;
   template <typename C>
-  MORVELLAN_INLINE void operator()(C) const
+  MORVELLAN_APART void operator()(C) const
   {
     p = encodeCurve<C>(encoding, p);
   }

@@ -1,8 +1,10 @@
-// Running a colour program. On the CPU a run of pixels lies in planes in the first-level cache and each step is a tight
-// loop over it, so that the choice of curve stands outside the pixel loop; on CUDA each thread takes its pixel through.
+// Running a colour program: reading and writing of pixels in every layout around its steps. On the CPU the steps run
+// over a block of pixels (block.h); on CUDA each thread takes its pixel through.
 #include "colour/program.h"
 
+#include "colour/block.h"
 #include "colour/curves.h"
+#include "colour/step.h"
 #include "device/launch.h"
 
 namespace morvellan::MORVELLAN_TARGET
@@ -108,170 +110,7 @@ MORVELLAN_INLINE bool isIdle(const Program& program)
   return program.writesNothing || (program.stepCount == 0 && inPlace);
 }
 
-// All kinds but the curves, for any number of pixels in lanes.
-template <StepKind Kind>
-MORVELLAN_INLINE Rgb applyStep(const Step& step, Rgb p)
-{
-  const Real low = Real(step.low);
-  const Real high = Real(step.high);
-  if constexpr (Kind == StepKind::Matrix)
-    return multiply(step.matrix, p);
-  else if constexpr (Kind == StepKind::Add)
-    return {p.r + low, p.g + low, p.b + low};
-  else if constexpr (Kind == StepKind::Multiply)
-    return {p.r * low, p.g * low, p.b * low};
-  else if constexpr (Kind == StepKind::Clamp)
-    return {clamp(p.r, low, high), clamp(p.g, low, high), clamp(p.b, low, high)};
-  else if constexpr (Kind == StepKind::SoftClip)
-    return softClip(step.softClip, p);
-  else if constexpr (Kind == StepKind::ToLab)
-    return labFromXyz(step.labForm, p);
-  else if constexpr (Kind == StepKind::FromLab)
-    return xyzFromLab(step.labForm, p);
-  else if constexpr (Kind == StepKind::Compress)
-    return compressRange(step.luminance, p);
-  else if constexpr (Kind == StepKind::Expand)
-    return expandRange(step.luminance, p);
-  else if constexpr (Kind == StepKind::RgbToLuma)
-    return lumaFromRgb(p);
-  else
-    return rgbFromLuma(p);
-}
-
 #ifndef MORVELLAN_TARGET_IS_CUDA
-
-struct Block
-{
-  // A row of a crop may end anywhere in a run, and its last lanes are written before the next row's first.
-  alignas(64) float r[runLength + lanes];
-  alignas(64) float g[runLength + lanes];
-  alignas(64) float b[runLength + lanes];
-  alignas(64) float a[runLength + lanes];
-};
-
-MORVELLAN_INLINE Rgb loadBlock(const Block& block, int i)
-{
-  return {load(block.r + i), load(block.g + i), load(block.b + i)};
-}
-
-MORVELLAN_INLINE void storeBlock(Block& block, int i, Rgb p)
-{
-  store(block.r + i, p.r);
-  store(block.g + i, p.g);
-  store(block.b + i, p.b);
-}
-
-template <typename C, int Stage>
-MORVELLAN_INLINE void decodeStages(Block& block, int count)
-{
-  for (int i = 0; i < count; i += lanes)
-    storeBlock(block, i, C::template decodeStage<Stage>(loadBlock(block, i)));
-  if constexpr (Stage + 1 < C::decodeStages)
-    decodeStages<C, Stage + 1>(block, count);
-}
-
-template <typename C, int Stage>
-MORVELLAN_INLINE void encodeStages(Block& block, int count)
-{
-  for (int i = 0; i < count; i += lanes)
-    storeBlock(block, i, C::template encodeStage<Stage>(loadBlock(block, i)));
-  if constexpr (Stage + 1 < C::encodeStages)
-    encodeStages<C, Stage + 1>(block, count);
-}
-
-MORVELLAN_INLINE void saturate(Block& block, int count)
-{
-  for (int i = 0; i < count; i += lanes)
-  {
-    const Rgb p = loadBlock(block, i);
-    storeBlock(block, i, {clamp01(p.r), clamp01(p.g), clamp01(p.b)});
-  }
-}
-
-struct DecodeBlock
-{
-  const Decoding& decoding;
-  Block& block;
-  int count;
-
-  template <typename C>
-  MORVELLAN_INLINE void operator()(C) const
-  {
-    const Decoding local = decoding;
-    if constexpr (requires { C::decodeStages; })
-    {
-      if (local.saturate)
-        saturate(block, count);
-      decodeStages<C, 0>(block, count);
-    }
-    else
-      for (int i = 0; i < count; i += lanes)
-        storeBlock(block, i, detail::decodeCurve<C>(local, loadBlock(block, i)));
-  }
-};
-
-struct EncodeBlock
-{
-  const Encoding& encoding;
-  Block& block;
-  int count;
-
-  template <typename C>
-  MORVELLAN_INLINE void operator()(C) const
-  {
-    const Encoding local = encoding;
-    if constexpr (requires { C::encodeStages; })
-    {
-      encodeStages<C, 0>(block, count);
-      if (local.saturate)
-        saturate(block, count);
-    }
-    else
-      for (int i = 0; i < count; i += lanes)
-        storeBlock(block, i, detail::encodeCurve<C>(local, loadBlock(block, i)));
-  }
-};
-
-template <StepKind Kind>
-void applyToBlock(const Step& step, Block& block, int count)
-{
-  const Step local = step;
-  for (int i = 0; i < count; i += lanes)
-    storeBlock(block, i, applyStep<Kind>(local, loadBlock(block, i)));
-}
-
-void apply(const Step& step, Block& block, int count)
-{
-  switch (step.kind)
-  {
-  case StepKind::Decode:
-    return withCurve(step.decoding.curve, DecodeBlock{step.decoding, block, count});
-  case StepKind::Encode:
-    return withCurve(step.encoding.curve, EncodeBlock{step.encoding, block, count});
-  case StepKind::Matrix:
-    return applyToBlock<StepKind::Matrix>(step, block, count);
-  case StepKind::Add:
-    return applyToBlock<StepKind::Add>(step, block, count);
-  case StepKind::Multiply:
-    return applyToBlock<StepKind::Multiply>(step, block, count);
-  case StepKind::Clamp:
-    return applyToBlock<StepKind::Clamp>(step, block, count);
-  case StepKind::SoftClip:
-    return applyToBlock<StepKind::SoftClip>(step, block, count);
-  case StepKind::ToLab:
-    return applyToBlock<StepKind::ToLab>(step, block, count);
-  case StepKind::FromLab:
-    return applyToBlock<StepKind::FromLab>(step, block, count);
-  case StepKind::Compress:
-    return applyToBlock<StepKind::Compress>(step, block, count);
-  case StepKind::Expand:
-    return applyToBlock<StepKind::Expand>(step, block, count);
-  case StepKind::RgbToLuma:
-    return applyToBlock<StepKind::RgbToLuma>(step, block, count);
-  case StepKind::LumaToRgb:
-    return applyToBlock<StepKind::LumaToRgb>(step, block, count);
-  }
-}
 
 // Frames beyond this are not found in the caches by the next kernel, so they need not pass through them.
 constexpr size_t streamedBytes = 16u << 20;
@@ -302,7 +141,7 @@ struct colour_program
     else
       readStretch(block, 0, count, first, first);
     for (int s = 0; s < program.stepCount; ++s)
-      apply(program.steps[s], block, count);
+      applyStep(program.steps[s], block, count);
     for (int i = 0; i < count; i += lanes)
     {
       const Rgb p = loadBlock(block, i);
@@ -347,37 +186,25 @@ private:
 
 #else
 
+struct StepPixel
+{
+  const Step& step;
+  Rgb& p;
+  template <StepKind Kind>
+  MORVELLAN_INLINE void operator()(KindOf<Kind>) const
+  {
+    p = stepped<Kind>(step, p);
+  }
+};
+
 MORVELLAN_INLINE Rgb apply(const Step& step, Rgb p)
 {
-  switch (step.kind)
-  {
-  case StepKind::Decode:
+  if (step.kind == StepKind::Decode)
     return decode(step.decoding, p);
-  case StepKind::Encode:
+  if (step.kind == StepKind::Encode)
     return encode(step.encoding, p);
-  case StepKind::Matrix:
-    return applyStep<StepKind::Matrix>(step, p);
-  case StepKind::Add:
-    return applyStep<StepKind::Add>(step, p);
-  case StepKind::Multiply:
-    return applyStep<StepKind::Multiply>(step, p);
-  case StepKind::Clamp:
-    return applyStep<StepKind::Clamp>(step, p);
-  case StepKind::SoftClip:
-    return applyStep<StepKind::SoftClip>(step, p);
-  case StepKind::ToLab:
-    return applyStep<StepKind::ToLab>(step, p);
-  case StepKind::FromLab:
-    return applyStep<StepKind::FromLab>(step, p);
-  case StepKind::Compress:
-    return applyStep<StepKind::Compress>(step, p);
-  case StepKind::Expand:
-    return applyStep<StepKind::Expand>(step, p);
-  case StepKind::RgbToLuma:
-    return applyStep<StepKind::RgbToLuma>(step, p);
-  default:
-    return applyStep<StepKind::LumaToRgb>(step, p);
-  }
+  withKind(step.kind, StepPixel{step, p});
+  return p;
 }
 
 struct colour_program
