@@ -19,7 +19,7 @@ struct NLog
   }
   static MORVELLAN_INLINE Real encode(Real x)
   {
-    const Real root = fast_cbrt(x + Real(0.00749999983f)) * Real(650.0f);
+    const Real root = plain_cbrt(x + Real(0.00749999983f)) * Real(650.0f);
     const Real log = ln(x) * Real(150.0f) + Real(619.0f);
     return select(x < Real(0.328000009f), root, log) * Real(per1023);
   }
@@ -251,7 +251,7 @@ struct Log113
   static MORVELLAN_INLINE Real decode(Real x)
   {
     // 6.82017899 is log2(113).
-    return (fast_exp2(x * Real(6.82017899f)) - Real(1.0f)) * Real(0.00892857183f);
+    return (plain_exp2(x * Real(6.82017899f)) - Real(1.0f)) * Real(0.00892857183f);
   }
   static MORVELLAN_INLINE Real encode(Real x) { return ln(x * Real(112.0f) + Real(1.0f)) * Real(0.211533308f); }
 };
@@ -261,12 +261,12 @@ struct Intermediate
 {
   static MORVELLAN_INLINE Real decode(Real x)
   {
-    const Real log = fast_exp2(x * Real(13.6439648f) - Real(7.0f)) - Real(0.00749999983f);
+    const Real log = plain_exp2(x * Real(13.6439648f) - Real(7.0f)) - Real(0.00749999983f);
     return select(x > Real(0.0274066795f), log, x * Real(0.0957462937f));
   }
   static MORVELLAN_INLINE Real encode(Real x)
   {
-    const Real log = (fast_log2(x + Real(0.00749999983f)) + Real(7.0f)) * Real(0.0732924789f);
+    const Real log = (plain_log2(x + Real(0.00749999983f)) + Real(7.0f)) * Real(0.0732924789f);
     return select(x > Real(0.00262409006f), log, x * Real(10.4442682f));
   }
 };

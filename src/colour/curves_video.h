@@ -95,10 +95,10 @@ struct Pq
   {
     // p - 1 = -q; wide of 0 it is not exact, but far enough off to end outside the range of light.
     const Real m = exp2MinusOne(log2Above0(max(x, Real(smallest))) * Real(0.0126833133f));
-    return max((m + Real(0.1640625f)) / fma(m, Real(-18.6875f), Real(0.1640625f)), Real(smallest));
+    return max((m + Real(0.1640625f)) / (m * Real(-18.6875f) + Real(0.1640625f)), Real(smallest));
   }
   static MORVELLAN_INLINE Real lightLog2(Real d) { return log2Above0(d) * Real(6.27739477f); }
-  static MORVELLAN_INLINE Real decode(Real x) { return exp2NotPositive(lightLog2(power1(x))); }
+  static MORVELLAN_INLINE Real decode(Real x) { return exp2UpTo0(lightLog2(power1(x))); }
 
   // log2 of light to the m1-th power of light, then to log2 of the code value.
   static MORVELLAN_INLINE Real codeLog2(Real p)
@@ -106,7 +106,7 @@ struct Pq
     const Real f = (p - Real(1.0f)) * Real(0.1640625f) / (p * Real(18.6875f) + Real(1.0f));
     return log2NearOne(f) * Real(78.84375f);
   }
-  static MORVELLAN_INLINE Real encode(Real light) { return fast_exp2(codeLog2(curves::power(light, 0.159301758f))); }
+  static MORVELLAN_INLINE Real encode(Real light) { return plain_exp2(codeLog2(curves::power(light, 0.159301758f))); }
 
 private:
   // Its powers vanish in a float, its logarithm does not.
@@ -131,14 +131,14 @@ struct Pq1000
     else if constexpr (Stage == 1)
       return {Pq::lightLog2(p.r), Pq::lightLog2(p.g), Pq::lightLog2(p.b)};
     else if constexpr (Stage == 2)
-      return {exp2NotPositive(p.r), exp2NotPositive(p.g), exp2NotPositive(p.b)};
+      return {exp2UpTo0(p.r), exp2UpTo0(p.g), exp2UpTo0(p.b)};
     else
     {
       // In thousands of cd/m2: the factor 10000 of the curve times 0.001.
       const Rgb light{p.r * Real(10.0f), p.g * Real(10.0f), p.b * Real(10.0f)};
       const Real y = luminance(light);
       // Below its smallest a luminance counts as none.
-      const Real s = exp2NotPositive(log2Above0(max(y, Real(1e-30f))) * Real(-0.166666672f));
+      const Real s = exp2UpTo0(log2Above0(max(y, Real(1e-30f))) * Real(-0.166666672f));
       return {light.r * s, light.g * s, light.b * s};
     }
   }
@@ -153,7 +153,7 @@ struct Pq1000
     else if constexpr (Stage == 1)
       return {power(p.r, 0.159301758f), power(p.g, 0.159301758f), power(p.b, 0.159301758f)};
     else
-      return {fast_exp2(Pq::codeLog2(p.r)), fast_exp2(Pq::codeLog2(p.g)), fast_exp2(Pq::codeLog2(p.b))};
+      return {plain_exp2(Pq::codeLog2(p.r)), plain_exp2(Pq::codeLog2(p.g)), plain_exp2(Pq::codeLog2(p.b))};
   }
   static MORVELLAN_INLINE Rgb decode(Rgb p)
   {

@@ -14,14 +14,14 @@ inline constexpr float logC4Largest = 469.799988f;
 // (log2(x * 2231.82642 + 64) - 6) * 0.0647954196 + 0.092864126 for any x above -0.028676; no linear segment.
 MORVELLAN_INLINE Real logC4EncodeCurve(Real x)
 {
-  return (fast_log2(x * Real(2231.82642f) + Real(64.0f)) - Real(6.0f)) * Real(0.0647954196f) + Real(0.092864126f);
+  return (plain_log2(x * Real(2231.82642f) + Real(64.0f)) - Real(6.0f)) * Real(0.0647954196f) + Real(0.092864126f);
 }
 
 // Scene-linear from a code value at or above 0, the inverse of logC4EncodeCurve.
 MORVELLAN_INLINE Real logC4DecodeCurve(Real x)
 {
   const Real stops = (x - Real(0.092864126f)) * Real(14.0f) * Real(1.10237074f) + Real(6.0f);
-  return (fast_exp2(stops) - Real(64.0f)) * Real(0.00044806354f);
+  return (plain_exp2(stops) - Real(64.0f)) * Real(0.00044806354f);
 }
 
 // The whole curve with its linear segment below -0.0180569962 (below code value 0); no clamp.

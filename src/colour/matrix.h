@@ -16,9 +16,9 @@ inline constexpr Matrix3 identityMatrix{{1, 0, 0, 0, 1, 0, 0, 0, 1}};
 
 MORVELLAN_INLINE Rgb multiply(const Matrix3& k, Rgb p)
 {
-  return {fma(Real(k.m[2]), p.b, fma(Real(k.m[1]), p.g, Real(k.m[0]) * p.r)),
-          fma(Real(k.m[5]), p.b, fma(Real(k.m[4]), p.g, Real(k.m[3]) * p.r)),
-          fma(Real(k.m[8]), p.b, fma(Real(k.m[7]), p.g, Real(k.m[6]) * p.r))};
+  return {Real(k.m[0]) * p.r + Real(k.m[1]) * p.g + Real(k.m[2]) * p.b,
+          Real(k.m[3]) * p.r + Real(k.m[4]) * p.g + Real(k.m[5]) * p.b,
+          Real(k.m[6]) * p.r + Real(k.m[7]) * p.g + Real(k.m[8]) * p.b};
 }
 
 // One weighted sum of the channels, such as a luminance.
@@ -29,7 +29,7 @@ struct Row3
 
 MORVELLAN_INLINE Real dot(const Row3& w, Rgb p)
 {
-  return fma(Real(w.b), p.b, fma(Real(w.g), p.g, Real(w.r) * p.r));
+  return Real(w.r) * p.r + Real(w.g) * p.g + Real(w.b) * p.b;
 }
 
 // The same in double, on the host. Products of several matrices are formed here and rounded once.

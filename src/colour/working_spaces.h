@@ -22,7 +22,7 @@ namespace detail
 
 MORVELLAN_INLINE Real labF(LabForm form, Real t)
 {
-  const Real root = fast_cbrt(t);
+  const Real root = plain_cbrt(t);
   if (form == LabForm::Rounded)
     return select(t < Real(0.00885600038f), t * Real(7.78700018f) + Real(0.137931034f), root);
   return select(t > Real(0.00885645207f), root, t * Real(7.7870369f) + Real(0.137931034f));

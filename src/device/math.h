@@ -1,5 +1,6 @@
-// Logarithm, exponential, power, cosine and cube root in lanes. On the CPU they are polynomials with the error bounds
-// stated at each (tests/device/math_test.cpp sweeps every exponent); on CUDA they are the hardware's.
+// Logarithm, exponential, power, cosine and cube root in lanes, with the error bounds stated at each
+// (tests/device/math_test.cpp sweeps every exponent). The `fast` ones are polynomials on the CPU, by fused products
+// where it has them, and the hardware's on CUDA. The `plain` ones give the same bits on every target.
 #pragma once
 
 #include "device/lanes.h"
@@ -7,7 +8,17 @@
 namespace morvellan::MORVELLAN_TARGET
 {
 
-#ifndef MORVELLAN_TARGET_IS_CUDA
+// How a polynomial forms a b + c: rounded once where the machine can, or the product and the sum each by itself, which
+// is one and the same number on every machine.
+struct Fused
+{
+  static MORVELLAN_INLINE Real sum(Real a, Real b, Real c) { return fma(a, b, c); }
+};
+
+struct Plain
+{
+  static MORVELLAN_INLINE Real sum(Real a, Real b, Real c) { return a * b + c; }
+};
 
 namespace detail
 {
@@ -31,29 +42,32 @@ MORVELLAN_INLINE SplitReal splitExponent(Real x)
 
 // log2(1 + f) / f for f in [sqrt(1/2) - 1, sqrt(2) - 1]; minimax of degree 8 in f, relative error 2.7e-8 before
 // rounding.
+template <typename By>
 MORVELLAN_INLINE Real log2Quotient(Real f)
 {
   const Real f2 = f * f;
-  const Real terms12 = fma(Real(0.4809102798001612f), f, Real(-0.7213471993133572f));
-  const Real terms34 = fma(Real(0.287939094644256f), f, Real(-0.3607162639519904f));
-  const Real terms56 = fma(Real(0.21521224901073488f), f, Real(-0.23867567791808225f));
-  const Real terms78 = fma(Real(0.12926432508970712f), f, Real(-0.20893383179150776f));
-  const Real low = fma(terms34, f2, terms12);
-  const Real high = fma(terms78, f2, terms56);
+  const Real terms12 = By::sum(Real(0.4809102798001612f), f, Real(-0.7213471993133572f));
+  const Real terms34 = By::sum(Real(0.287939094644256f), f, Real(-0.3607162639519904f));
+  const Real terms56 = By::sum(Real(0.21521224901073488f), f, Real(-0.23867567791808225f));
+  const Real terms78 = By::sum(Real(0.12926432508970712f), f, Real(-0.20893383179150776f));
+  const Real low = By::sum(terms34, f2, terms12);
+  const Real high = By::sum(terms78, f2, terms56);
   // The leading term last: the rounding of all others shrinks by f.
-  return fma(fma(high, f2 * f2, low), f, Real(1.4426950048874618f));
+  return By::sum(By::sum(high, f2 * f2, low), f, Real(1.4426950048874618f));
 }
 
+template <typename By>
 MORVELLAN_INLINE Real log2OnePlus(Real f)
 {
-  return log2Quotient(f) * f;
+  return log2Quotient<By>(f) * f;
 }
 
 // log2 of a positive normal number; of anything else, some number.
+template <typename By>
 MORVELLAN_INLINE Real log2Regular(Real x)
 {
   const SplitReal s = splitExponent(x);
-  return fma(log2Quotient(s.fraction), s.fraction, s.exponent);
+  return By::sum(log2Quotient<By>(s.fraction), s.fraction, s.exponent);
 }
 
 // The answer for what is not a positive normal number: zero and subnormals -inf, negatives NaN, inf and NaN themselves.
@@ -71,13 +85,14 @@ MORVELLAN_INLINE Real log2Special(Real x, Real regular)
 }
 
 // (2^f - 1) / f for f in [-1/2, 1/2]; 2^f by it is a minimax of degree 6, relative error 2e-9 before rounding.
+template <typename By>
 MORVELLAN_INLINE Real exp2Quotient(Real f)
 {
   const Real f2 = f * f;
-  const Real terms01 = fma(Real(0.2402264791362873f), f, Real(0.693147202855065f));
-  const Real terms23 = fma(Real(0.009618437357700738f), f, Real(0.05550332471126446f));
-  const Real terms45 = fma(Real(0.00015353361899039797f), f, Real(0.0013398874413801387f));
-  return fma(fma(terms45, f2, terms23), f2, terms01);
+  const Real terms01 = By::sum(Real(0.2402264791362873f), f, Real(0.693147202855065f));
+  const Real terms23 = By::sum(Real(0.009618437357700738f), f, Real(0.05550332471126446f));
+  const Real terms45 = By::sum(Real(0.00015353361899039797f), f, Real(0.0013398874413801387f));
+  return By::sum(By::sum(terms45, f2, terms23), f2, terms01);
 }
 
 // Added to a number of less than 2^22 and taken off again, this leaves the nearest integer; the sum has it in its low
@@ -85,15 +100,17 @@ MORVELLAN_INLINE Real exp2Quotient(Real f)
 inline constexpr float roundingShift = 12582912.0f;
 
 // 2^f for f in [-1/2, 1/2].
+template <typename By>
 MORVELLAN_INLINE Real exp2Polynomial(Real f)
 {
-  return fma(exp2Quotient(f), f, Real(1.0f));
+  return By::sum(exp2Quotient<By>(f), f, Real(1.0f));
 }
 
 // 2^(n + f) for an integer n in [-126, 128], given as n + roundingShift, and f in [-1/2, 1/2].
+template <typename By>
 MORVELLAN_INLINE Real exp2Pieces(Real shifted, Real f)
 {
-  return realOfBits(bitsOf(exp2Polynomial(f)) + shiftLeft<23>(bitsOf(shifted)));
+  return realOfBits(bitsOf(exp2Polynomial<By>(f)) + shiftLeft<23>(bitsOf(shifted)));
 }
 
 // 0 for exponents below -125, NaN for NaN.
@@ -102,40 +119,71 @@ MORVELLAN_INLINE Real exp2Ends(Real exponent, Real power)
   return select(exponent >= Real(-125.0f), power, max(Real(0.0f), exponent));
 }
 
+template <typename By>
+MORVELLAN_INLINE Real log2Of(Real x)
+{
+  return log2Special(x, log2Regular<By>(x));
+}
+
+template <typename By>
+MORVELLAN_INLINE Real exp2Of(Real x)
+{
+  const Real held = min(max(x, Real(-126.0f)), Real(128.0f));
+  const Real shifted = held + Real(roundingShift);
+  const Real f = held - (shifted - Real(roundingShift));
+  return exp2Ends(x, exp2Pieces<By>(shifted, f));
+}
+
+template <typename By>
+MORVELLAN_INLINE Real exp2NotPositiveOf(Real x)
+{
+  const Real bounded = max(x, Real(-127.0f));
+  const Real shifted = bounded + Real(roundingShift);
+  const Real f = bounded - (shifted - Real(roundingShift));
+  // The exponent field of -127 is that of zero.
+  return exp2Polynomial<By>(f) * realOfBits(shiftLeft<23>(bitsOf(shifted) + Int(127)));
+}
+
 }  // namespace detail
 
 // log2(x). Relative error at most 2.5e-7 and absolute error at most 2^-23 * max(1, |log2 x|) over all positive normal
 // numbers. Zero and subnormals give -inf, negatives NaN.
-MORVELLAN_INLINE Real fast_log2(Real x)
+MORVELLAN_INLINE Real plain_log2(Real x)
 {
-  return detail::log2Special(x, detail::log2Regular(x));
+  return detail::log2Of<Plain>(x);
 }
 
 // 2^x. Relative error at most 2.5e-7 for x in [-125, 128); 0 below, inf above; NaN goes through.
+MORVELLAN_INLINE Real plain_exp2(Real x)
+{
+  return detail::exp2Of<Plain>(x);
+}
+
+#ifndef MORVELLAN_TARGET_IS_CUDA
+
+// As plain_log2 and plain_exp2, errors too.
+MORVELLAN_INLINE Real fast_log2(Real x)
+{
+  return detail::log2Of<Fused>(x);
+}
+
 MORVELLAN_INLINE Real fast_exp2(Real x)
 {
-  const Real held = min(max(x, Real(-126.0f)), Real(128.0f));
-  const Real shifted = held + Real(detail::roundingShift);
-  const Real f = held - (shifted - Real(detail::roundingShift));
-  return detail::exp2Ends(x, detail::exp2Pieces(shifted, f));
+  return detail::exp2Of<Fused>(x);
 }
 
 // log2(x) of x that is 0 or a positive normal number; 0 gives -inf. What is not a number gives one. Errors as
 // fast_log2.
 MORVELLAN_INLINE Real log2Positive(Real x)
 {
-  return select(x > Real(0.0f), detail::log2Regular(x), realOfBits(Int(static_cast<int>(0xff800000u))));
+  return select(x > Real(0.0f), detail::log2Regular<Fused>(x), realOfBits(Int(static_cast<int>(0xff800000u))));
 }
 
 // 2^x of x at or below 0, and as well of any x up to 127. Relative error at most 2.5e-7 down to -126; 0 below -126.5
 // and for NaN.
 MORVELLAN_INLINE Real exp2NotPositive(Real x)
 {
-  const Real bounded = max(x, Real(-127.0f));
-  const Real shifted = bounded + Real(detail::roundingShift);
-  const Real f = bounded - (shifted - Real(detail::roundingShift));
-  // The exponent field of -127 is that of zero.
-  return detail::exp2Polynomial(f) * realOfBits(shiftLeft<23>(bitsOf(shifted) + Int(127)));
+  return detail::exp2NotPositiveOf<Fused>(x);
 }
 
 // x^y for x >= 0: 2^(y log2 x) with the exponent's share of the product kept exact, so that the relative error stays
@@ -143,7 +191,7 @@ MORVELLAN_INLINE Real exp2NotPositive(Real x)
 MORVELLAN_INLINE Real fast_pow(Real x, Real y)
 {
   const detail::SplitReal s = detail::splitExponent(x);
-  const Real l = detail::log2OnePlus(s.fraction);
+  const Real l = detail::log2OnePlus<Fused>(s.fraction);
   const Real product = y * detail::log2Special(x, s.exponent + l);
   const Real held = min(max(product, Real(-126.0f)), Real(128.0f));
   const Real shifted = held + Real(detail::roundingShift);
@@ -151,7 +199,7 @@ MORVELLAN_INLINE Real fast_pow(Real x, Real y)
   // The exponent is a small integer: twelve leading bits of y times it are exact, with or without a fused product.
   const Real high = realOfBits(bitsOf(y) & Int(static_cast<int>(0xfffff000u)));
   const Real f = (high * s.exponent - n) + ((y - high) * s.exponent + y * l);
-  return detail::exp2Ends(product, detail::exp2Pieces(shifted, select(held == product, f, Real(0.0f))));
+  return detail::exp2Ends(product, detail::exp2Pieces<Fused>(shifted, select(held == product, f, Real(0.0f))));
 }
 
 // cos(x), x in radians. Absolute error at most 3e-7 for |x| <= 8192.
@@ -172,23 +220,6 @@ MORVELLAN_INLINE Real fast_cos(Real x)
   const Real sine = fma(p * s, r, r);
   const Mask even = (toInt(n) & Int(1)) == Int(0);
   return select(even, -sine, sine);
-}
-
-// The cube root, of negatives too. Relative error at most 3e-7 over all normal numbers; 0 gives 0.
-MORVELLAN_INLINE Real fast_cbrt(Real x)
-{
-  const Real a = abs(x);
-  // A third of the exponent as a first guess (3.4 % off at most), then two steps of Halley's method.
-  const Real third = toReal(bitsOf(a)) * Real(1.0f / 3.0f);
-  Real y = realOfBits(toInt(third) + Int(709958130));
-  // On a quarter of both cubes, so that three of them stay in range.
-  const Real quarter = a * Real(0.25f);
-  for (int step = 0; step < 2; ++step)
-  {
-    const Real cube = y * y * (y * Real(0.25f));
-    y = y * ((cube + (quarter + quarter)) / ((cube + cube) + quarter));
-  }
-  return copySign(select(a > Real(0.0f), select(a <= Real(3.40282347e38f), y, a), a), x);
 }
 
 #else
@@ -231,12 +262,24 @@ MORVELLAN_INLINE Real fast_cos(Real x)
 #endif
 }
 
-MORVELLAN_INLINE Real fast_cbrt(Real x)
-{
-  return ::cbrtf(x.v);
-}
-
 #endif
+
+// The cube root, of negatives too. Relative error at most 3e-7 over all normal numbers; 0 gives 0.
+MORVELLAN_INLINE Real plain_cbrt(Real x)
+{
+  const Real a = abs(x);
+  // A third of the exponent as a first guess (3.4 % off at most), then two steps of Halley's method.
+  const Real third = toReal(bitsOf(a)) * Real(1.0f / 3.0f);
+  Real y = realOfBits(toInt(third) + Int(709958130));
+  // On a quarter of both cubes, so that three of them stay in range.
+  const Real quarter = a * Real(0.25f);
+  for (int step = 0; step < 2; ++step)
+  {
+    const Real cube = y * y * (y * Real(0.25f));
+    y = y * ((cube + (quarter + quarter)) / ((cube + cube) + quarter));
+  }
+  return copySign(select(a > Real(0.0f), select(a <= Real(3.40282347e38f), y, a), a), x);
+}
 
 // x^y of every x: zero and negatives give 0.
 MORVELLAN_INLINE Real powPositive(Real x, Real y)

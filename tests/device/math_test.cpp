@@ -55,7 +55,7 @@ struct apply_function
       r = fast_cos(a);
       break;
     case Function::Cbrt:
-      r = fast_cbrt(a);
+      r = plain_cbrt(a);
       break;
     case Function::Log2Positive:
       r = log2Positive(a);
