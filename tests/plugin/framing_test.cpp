@@ -10,26 +10,19 @@ namespace
 {
 
 using host::Components;
-using host::EffectInstance;
 using host::Frame;
 
-using Project = std::map<std::string, host::ParamValue>;
+using Project = ProjectRenderer::Project;
 
 constexpr int frameWidth = 40, frameHeight = 30;
 
 class Framing : public PluginTest
 {
 protected:
-  Frame rendered(const Project& project, const Frame& source)
-  {
-    host::InstanceSettings settings;
-    settings.project = project;
-    settings.components = source.layout().components;
-    EffectInstance& effect = host_.create(settings);
-    const Frame output = renderFrame(effect, source);
-    host_.destroy(effect);
-    return output;
-  }
+  Frame rendered(const Project& project, const Frame& source) { return renderer_.render(project, source); }
+
+  // The resolution choices are read when an instance is made.
+  ProjectRenderer renderer_{host_, {{"InResolution", 1}, {"OutResolution", 1}}};
 };
 
 size_t channelsOf(const Frame& frame)
@@ -120,7 +113,8 @@ TEST_F(Framing, PresetsAreCentredWhateverTheOffsetsSay)
   project["OutResolution"] = 18;
   for (const char* offset : {"SourceWidthOffset", "SourceHeightOffset", "TargetWidthOffset", "TargetHeightOffset"})
     project[offset] = 0.0;
-  expectColumnsAt(rendered(project, source), source, 10, 10, 7, 20, 15);
+  ProjectRenderer presets(host_, project);
+  expectColumnsAt(presets.render(project, source), source, 10, 10, 7, 20, 15);
 }
 
 TEST_F(Framing, RowsAreCroppedFromTheOffsetToo)

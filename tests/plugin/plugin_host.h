@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -82,6 +83,35 @@ protected:
 
   ConfigFolder folder_;
   StrictHost host_;
+};
+
+/// One instance for many stored projects: a project's values are in place without the rules of an edit, and what it
+/// does not name is at its default. Making an instance takes a strict host longer than rendering a small frame.
+class ProjectRenderer
+{
+public:
+  using Project = std::map<std::string, host::ParamValue>;
+
+  explicit ProjectRenderer(StrictHost& strict, const Project& always = {}) : effect_(strict.create({.project = always}))
+  {
+  }
+
+  host::Frame render(const Project& project, const host::Frame& source, double time = 0.0)
+  {
+    for (const std::string& name : set_)
+      effect_.params().at(name).setValue(effect_.params().at(name).defaultValue());
+    set_.clear();
+    for (const auto& [name, value] : project)
+    {
+      effect_.params().at(name).setValue(value);
+      set_.push_back(name);
+    }
+    return renderFrame(effect_, source, time);
+  }
+
+private:
+  host::EffectInstance& effect_;
+  std::vector<std::string> set_;
 };
 
 }  // namespace morvellan::test

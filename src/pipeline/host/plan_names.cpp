@@ -79,6 +79,11 @@ bool PlanNames::shortTableExpands() const
   return !(cs <= 1 || cs == 4 || cs == 5 || cs == 27 || (cs >= 29 && cs <= 34) || (cs >= 42 && cs <= 44) || cs >= 46);
 }
 
+bool PlanNames::compressedLabExpands(bool luminance) const
+{
+  return fullTableInvertsLab() || (p.channelCount == 3 && (luminance || shortTableExpands()));
+}
+
 std::string PlanNames::expandSuffix(bool luminance) const
 {
   std::string suffix = luminance ? "_Y" : "";

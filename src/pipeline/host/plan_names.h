@@ -37,6 +37,10 @@ public:
   // Whether XYZ_expand_RGB has a case for the clip.
   bool shortTableExpands() const;
 
+  // Whether one of the joins inverts LAB_XYZ_compress_*: in RGBA its rows are the full table's, in RGB the short one's,
+  // which Y_RGB_expand_RGB inverts everywhere and XYZ_expand_RGB where it has a case.
+  bool compressedLabExpands(bool luminance) const;
+
   // "", "_RGB", "_Y" or "_Y_RGB".
   std::string expandSuffix(bool luminance) const;
 

@@ -79,12 +79,12 @@ void Planner::pitchOfCodedClip()
   bands(fields == ClipFields::None ? "ColorSpace_LAB" : "ColorSpace_LAB_softclips", fields);
   if (!grain || look)
     inPlace(Stage::Pitch, "LAB_Colorspace");
-  else if (p.grainLinear)
+  else if (p.grainLinear && name.compressedLabExpands(luminance()))
   {
     split(name.channels("LAB_XYZ_compress_"));
     compressed = true;
   }
-  else if (fourChannels() && !name.fullTableInvertsLab())
+  else if (p.grainLinear || (fourChannels() && !name.fullTableInvertsLab()))
     inPlace(Stage::Pitch, "LAB_Colorspace");
   else
     split(name.channels("LAB_Colorspace_"));

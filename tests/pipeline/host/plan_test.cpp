@@ -262,6 +262,41 @@ TEST(Plan, GrainFromPitch)
             (Names{"Lin_rec709_LAB", "pitch", "LAB_XYZ_compress_RGBA", "render_pixelR", "RGBA_expand_src"}));
 }
 
+// LAB goes straight into compressed planes where the way out of them inverts the way into LAB, and by way of the clip's
+// code elsewhere.
+TEST(Plan, LinearGrainAfterPitchOfACodedClip)
+{
+  struct Row
+  {
+    int inputGamut, channels, grainMode;
+    Names wayOut;
+    const char* join;
+  };
+  for (const Row& row : std::initializer_list<Row>{
+           {11, 4, 0, {"LAB_XYZ_compress_RGBA"}, "RGB_expand_RGBA"},
+           {11, 3, 0, {"LAB_XYZ_compress_RGB"}, "XYZ_expand_RGB"},
+           {27, 3, 0, {"LAB_XYZ_compress_RGB"}, "RGB_expand_RGB"},
+           {13, 4, 0, {"LAB_Colorspace", "XYZ_compress_RGBA"}, "RGB_expand_RGBA"},
+           {13, 3, 0, {"LAB_XYZ_compress_RGB"}, "XYZ_expand_RGB"},
+           {47, 4, 0, {"LAB_Colorspace", "XYZ_compress_RGBA"}, "RGB_expand_RGBA"},
+           {47, 4, 2, {"LAB_Colorspace", "XYZ_compress_RGBA", "RGB_RGB_Kernel_Y"}, "Y_RGB_expand_RGBA"},
+           {47, 3, 0, {"LAB_Colorspace", "XYZ_compress_RGB"}, "RGB_expand_RGB"},
+           {47, 3, 2, {"LAB_XYZ_compress_RGB", "RGB_RGB_Kernel_Y"}, "Y_RGB_expand_RGB"},
+       })
+  {
+    FrameParams p = neutral(row.inputGamut, row.channels);
+    withPitch(p);
+    withGrain(p);
+    p.grainLinear = true;
+    p.grainMode = row.grainMode;
+    Names expected = row.channels == 3 ? Names{"RGB_RGBA_Kernel"} : Names{};
+    expected.insert(expected.end(), {"ColorSpace_LAB", "pitch"});
+    expected.insert(expected.end(), row.wayOut.begin(), row.wayOut.end());
+    expected.insert(expected.end(), {"render_pixelR", row.join});
+    EXPECT_EQ(kernels(p), expected) << row.inputGamut << " " << row.channels << " " << row.grainMode;
+  }
+}
+
 TEST(Plan, EnlargeFoldsTheInputStagesIntoTheCrop)
 {
   FrameParams p = neutral(0);
