@@ -2,6 +2,7 @@
 // The rules themselves stand with their panels, masters, stocks and resets; the small ones stand here.
 #include "params/rules.h"
 
+#include "params/bulk_writes.h"
 #include "params/camera_stock.h"
 #include "params/choices.h"
 #include "params/edit.h"
@@ -82,10 +83,11 @@ void addPageRules(Rules& rules)
   rules["DispersionPattern"] = showDispersion;
   rules["PrintDisplayBypass"] = showPrintPanel;
 
-  rules["CameraStock"] = cameraStockChosen;
+  // The layers of a stock overwrite one another.
+  rules["CameraStock"] = [](ParamAccess& access) { inOneGo(access, cameraStockChosen); };
   rules["LableachBypass"] = labBleachChanged;
   rules["SoupBypass"] = soupBypassChanged;
-  rules["PrintProfile"] = printStockChosen;
+  rules["PrintProfile"] = [](ParamAccess& access) { inOneGo(access, printStockChosen); };
   rules["Bleach"] = printBleachChanged;
   rules["OutputDisplayGamut"] = displayChosen;
 }

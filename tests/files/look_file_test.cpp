@@ -1,20 +1,14 @@
-// Saving of Looks, by the text that comes out; opening and writing of files; and save then load over random settings.
+// Saving of Looks, by the text that comes out, and opening and writing of files.
 #include "files/look_file.h"
 
-#include <cmath>
 #include <filesystem>
 #include <fstream>
-#include <random>
-#include <set>
 #include <sstream>
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "params/choices.h"
-#include "params/index_classes.h"
-#include "params/masters.h"
 #include "tests/files/look_text.h"
 
 namespace morvellan::test
@@ -256,117 +250,6 @@ TEST_F(LookFiles, AnEmptyFileIsAShortOne)
   fill(folder_ / "empty.prm", "");
   EXPECT_THAT(open(folder_ / "empty.prm"), IsEmpty());
   EXPECT_THAT(params_.writes, IsEmpty());
-}
-
-// Save then load
-
-void randomize(MemoryParams& access, std::mt19937& random)
-{
-  const auto pick = [&](double least, double most) { return std::uniform_real_distribution(least, most)(random); };
-  const auto pickWhole = [&](int least, int most) { return std::uniform_int_distribution(least, most)(random); };
-  for (const params::Param& param : params::catalogue())
-  {
-    if (param.kind == params::Kind::Double && param.hidden != params::Hidden::SecretOnly)
-      access.put(param.name, pick(param.range->min, param.range->max));
-    else if (param.kind == params::Kind::Integer && param.hidden != params::Hidden::SecretOnly)
-      access.put(param.name, pickWhole(static_cast<int>(param.range->min), static_cast<int>(param.range->max)));
-    else if (param.kind == params::Kind::Boolean)
-      access.put(param.name, pickWhole(0, 1));
-    else if (param.kind == params::Kind::Choice && !param.options.empty())
-      // The last two resolutions have no place in a Look.
-      access.put(param.name,
-                 pickWhole(0, param.name.ends_with("Resolution") ? 33 : static_cast<int>(param.options.size()) - 1));
-  }
-}
-
-// What a load makes of settings that it does not give back as they were.
-std::map<std::string, double> exceptions(const MemoryParams& saved)
-{
-  const auto on = [&](const char* name) { return saved[name] != 0.0; };
-  const int gamut = static_cast<int>(saved["InputGamut"]);
-  const bool barred = std::set{1, 8, 27, 29, 31, 32, 33, 34}.contains(gamut);
-  std::map<std::string, double> values;
-  values["ChrZone"] = values["VibZone"] = saved["HueZone"];
-  values["HDRcomp"] = on("HDRcomp") && params::isLinearInput(gamut) ? 1.0 : 0.0;
-  values["ProcessLinear"] = on("ProcessLinear") && !params::isLinearInput(gamut) ? 1.0 : 0.0;
-  values["CameraStock"] = on("SoupBypass") ? 0.0 : saved["CameraStock"];
-  const bool labBleach = on("LableachBypass") && values["CameraStock"] != 0.0;
-  values["LableachBypass"] = labBleach ? 1.0 : 0.0;
-  values["Bleach"] = on("Bleach") && !on("PrintDisplayBypass") && !labBleach && !barred ? 1.0 : 0.0;
-  values["PrintDisplayBypass"] = on("PrintDisplayBypass") || barred ? 1.0 : 0.0;
-  values["PrintPeakBrightness"] = std::max(saved["PrintPeakBrightness"], 0.001);
-  for (const char* name : {"SoupDmaxRed", "SoupDmaxGreen", "SoupDmaxBlue"})
-    values[name] = saved[name] > -0.00005 ? std::max(saved[name], 0.0) : 0.838;
-
-  const std::string source = on("SpatialEnhancement") ? "Enhancer" : on("SpatialEnhancer") ? "Details" : "";
-  const double choice = on("SpatialEnhancement") ? saved["SpatialEnhancement"] : saved["SpatialEnhancer"];
-  const bool resized = choice != 0.0 && (on("InResolution") || on("OutResolution"));
-  values["SpatialEnhancement"] = resized ? choice : 0.0;
-  values["SpatialEnhancer"] = resized ? 0.0 : choice;
-  for (const std::string word : {"Horizontal", "Vertical", "Combined"})
-  {
-    const double amount = source.empty() ? 0.0 : saved[word + source];
-    values[word + "Enhancer"] = resized ? amount : 0.0;
-    values[word + "Details"] = resized ? 0.0 : amount;
-  }
-  for (const params::Master& master : params::masters())
-  {
-    if (master.name.starts_with("Combined"))
-      continue;
-    double sum = 0.0;
-    for (const std::string& channel : master.channels)
-      sum += values.contains(channel) ? values[channel] : saved[channel];
-    values[master.name] = sum / static_cast<double>(master.channels.size());
-  }
-  values["SaturationCombo"] /= 2.0;
-  return values;
-}
-
-TEST(LookRoundTrip, AThousandSettingsComeBackToFourDecimals)
-{
-  std::mt19937 random(20240229);
-  // What no Look holds, but the store, which follows from the print stock.
-  const std::set<std::string> elsewhere{"NatronGPU", "GrainDepth", "SrcClipChanged"};
-  for (int round = 0; round < 1000; ++round)
-  {
-    MemoryParams saved;
-    MemoryParams loaded;
-    randomize(saved, random);
-    randomize(loaded, random);
-    const std::string text = files::formatLook(saved);
-    // A minimum density below 0 is the one setting out of range that a page can have.
-    for (const std::string& message : load(loaded, text))
-      ASSERT_TRUE(message.find("Soup Dmax-") != std::string::npos) << message;
-    const std::map<std::string, double> expected = exceptions(saved);
-    for (const params::Param& param : params::catalogue())
-    {
-      const bool number = param.kind == params::Kind::Double || param.kind == params::Kind::Integer ||
-                          param.kind == params::Kind::Boolean || param.kind == params::Kind::Choice;
-      if (!number || param.hidden == params::Hidden::SecretOnly || elsewhere.contains(param.name))
-        continue;
-      const bool degrees = param.name.ends_with("Hue") || param.name.ends_with("Width");
-      // Half of the last decimal, and half a unit of single precision.
-      const double tolerance = param.kind != params::Kind::Double ? 0.0 : degrees ? 0.05002 : 0.000052;
-      const auto found = expected.find(param.name);
-      ASSERT_NEAR(loaded[param.name], found != expected.end() ? found->second : saved[param.name], tolerance)
-          << param.name << " in round " << round;
-    }
-    if (round % 20 != 0)
-      continue;
-    // A second round trip changes nothing any more.
-    const std::string again = files::formatLook(loaded);
-    ASSERT_THAT(load(loaded, again), IsEmpty());
-    ASSERT_EQ(files::formatLook(loaded), again);
-  }
-}
-
-TEST(LookRoundTrip, ALoadWritesNoMoreThanItMust)
-{
-  MemoryParams params;
-  load(params, files::formatLook(params));
-  params.forget();
-  EXPECT_THAT(load(params, files::formatLook(params)), IsEmpty());
-  EXPECT_THAT(params.written(), IsEmpty());
 }
 
 }  // namespace

@@ -14,8 +14,8 @@ namespace morvellan::test
 namespace
 {
 
-using params::MemoryParams;
 using params::Rgb;
+using params::TestPage;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -43,14 +43,14 @@ protected:
   }
   bool shown(const std::string& name) const { return params_.shown(name); }
 
-  MemoryParams params_;
+  TestPage params_;
 };
 
 // Lines
 
 TEST_F(LookReader, AShortTextLoadsWhatItHoldsInSilence)
 {
-  MemoryParams other;
+  TestPage other;
   other.put("Exposure", 0.5);
   other.put("VibranceYellow", 0.75);
   other.put("VibranceStrength", 0.25);
@@ -349,8 +349,8 @@ TEST_F(LookReader, ABadSizeIsThatOfTheClipsImage)
   EXPECT_EQ(params_["SourceHeight"], 1080.0);
   EXPECT_EQ(params_["TargetWidth"], 1920.0);
   EXPECT_EQ(params_["TargetHeight"], 1080.0);
-  params_.sourceImage = params::Size{640, 480};
-  params_.targetImage = params::Size{320, 200};
+  params_.setImage(params::Side::Source, {640, 480});
+  params_.setImage(params::Side::Target, {320, 200});
   EXPECT_EQ(load(params_, look.text()), messages);
   EXPECT_EQ(params_["SourceWidth"], 640.0);
   EXPECT_EQ(params_["SourceHeight"], 480.0);
@@ -432,7 +432,7 @@ TEST_F(LookEnhancers, ThreeFieldsAreHeldBackUntilTheFourth)
 {
   load(params_, look("2").first(31));
   EXPECT_EQ(params_["SpatialEnhancer"], 0.0);
-  EXPECT_EQ(params_["HorizontalDetails"], MemoryParams()["HorizontalDetails"]);
+  EXPECT_EQ(params_["HorizontalDetails"], TestPage()["HorizontalDetails"]);
 }
 
 // Soup
@@ -450,7 +450,7 @@ TEST_F(LookReader, ABypassedSoupHasNoStock)
 
 TEST_F(LookReader, AStockIsItsIndexAlone)
 {
-  MemoryParams plain;
+  TestPage plain;
   load(plain, LookText().put(40, "0").text());
   EXPECT_THAT(load(params_, LookText().put(40, "0").put(45, "5").put(319, "1").text()), IsEmpty());
   EXPECT_EQ(params_["CameraStock"], 5.0);
@@ -568,7 +568,7 @@ TEST_F(LookReader, EightInputsBarPrintAndFourDoNot)
 
 TEST_F(LookReader, APrintStockFillsTheStoreAndNoControl)
 {
-  MemoryParams chosen;
+  TestPage chosen;
   chosen.put("SoupBypass", 0.0);
   chosen.put("PrintDisplayBypass", 0.0);
   for (int stock = 9; stock >= 1; --stock)
@@ -591,7 +591,7 @@ TEST_F(LookReader, APrintStockFillsTheStoreAndNoControl)
 TEST_F(LookReader, NoPrintStockSwitchesItsBleachOffAndKeepsTheStore)
 {
   load(params_, LookText().put(353, "4").first(353));
-  const MemoryParams before = params_;
+  const TestPage before = params_;
   params_.put("Bleach", 1.0);
   load(params_, LookText().put(353, "0").first(353));
   EXPECT_EQ(params_["PrintProfile"], 0.0);
@@ -604,7 +604,7 @@ TEST_F(LookReader, AnIndexWithoutAnEntryIsAcceptedAndNotWritten)
   params_.put("PrintProfile", 4.0);
   params_.put("OutputDisplayGamut", 2.0);
   params_.put("ColorRefine", 3.0);
-  const MemoryParams before = params_;
+  const TestPage before = params_;
   for (const char* index : {"10", "20"})
     EXPECT_THAT(load(params_, LookText().put(353, index).put(365, "15").put(110, "12").text()), IsEmpty());
   EXPECT_EQ(params_["PrintProfile"], 4.0);
@@ -635,15 +635,9 @@ TEST_F(LookReader, AReopenedProjectLooksAsTheLoadLeftIt)
   look.put(1, "0").put(12, "2").put(24, "7").put(29, "1").put(40, "0").put(49, "1").put(60, "1").put(110, "2");
   look.put(298, "4").put(335, "4").put(352, "0").put(353, "5").put(358, "1").put(365, "7");
   EXPECT_THAT(load(params_, look.text()), IsEmpty());
-  MemoryParams reopened;
+  TestPage reopened;
   load(reopened, look.text());
-  for (auto& [name, secret] : reopened.secret)
-    if (const params::Param& param = params::at(name); param.hidden != params::Hidden::SecretOnly)
-    {
-      secret = param.hidden != params::Hidden::No;
-      reopened.enabled[name] = param.hidden == params::Hidden::No;
-    }
-  params::showForValues(reopened);
+  reopened.reopen();
   EXPECT_EQ(params_.layout(), reopened.layout());
 }
 

@@ -4,8 +4,8 @@
 
 #include "params/families.h"
 #include "params/stocks.h"
-#include "tests/params/memory_params.h"
 #include "tests/params/stock_expectations.h"
+#include "tests/params/test_page.h"
 
 #include <algorithm>
 #include <array>
@@ -22,14 +22,14 @@ using testing::ElementsAre;
 
 constexpr int lastStock = 24;
 
-MemoryParams activeSoup()
+TestPage activeSoup()
 {
-  MemoryParams params;
+  TestPage params;
   params.put("SoupBypass", 0);
   return params;
 }
 
-void expectTables(const MemoryParams& params, int stock)
+void expectTables(const TestPage& params, int stock)
 {
   for (const Setting& setting : cameraCommon())
     EXPECT_EQ(params[setting.name], setting.value) << setting.name;
@@ -43,7 +43,7 @@ void expectTables(const MemoryParams& params, int stock)
   }
 }
 
-void expectNoStockTone(const MemoryParams& params)
+void expectNoStockTone(const TestPage& params)
 {
   EXPECT_EQ(params["SoupToePivot"], 0.5545);
   expectFamily(params, "SoupToe", "SoupToeRGB", 0.0795);
@@ -61,7 +61,7 @@ TEST(CameraStock, EveryStockWritesItsLayers)
 {
   for (int stock = firstStock; stock <= lastStock; ++stock)
   {
-    MemoryParams params = activeSoup();
+    TestPage params = activeSoup();
     params.edit("CameraStock", stock);
     expectTables(params, stock);
     expectPoints(params, -0.7045, 0.75);
@@ -72,12 +72,12 @@ TEST(CameraStock, EveryStockWritesItsLayers)
 
 TEST(CameraStock, StocksFollowOneAnotherWithoutATrace)
 {
-  MemoryParams params = activeSoup();
+  TestPage params = activeSoup();
   for (int stock = lastStock; stock >= firstStock; --stock)
   {
     params.edit("CameraStock", stock);
     expectTables(params, stock);
-    MemoryParams fresh = activeSoup();
+    TestPage fresh = activeSoup();
     fresh.edit("CameraStock", stock);
     for (const CameraRow& row : cameraRows())
       EXPECT_EQ(params[row.name], fresh[row.name]) << row.name;
@@ -88,7 +88,7 @@ TEST(CameraStock, FirstStockResetsBleachAndTheOthersLeaveIt)
 {
   for (const int stock : {firstStock, 3, lastStock})
   {
-    MemoryParams params = activeSoup();
+    TestPage params = activeSoup();
     params.put("LabBleachPivot", 0.9);
     params.put("LabBleachGreen", 0.8);
     params.edit("CameraStock", stock);
@@ -101,7 +101,7 @@ TEST(CameraStock, NothingWhileTheSoupIsBypassed)
 {
   for (int stock = 0; stock <= lastStock; ++stock)
   {
-    MemoryParams params;
+    TestPage params;
     const auto before = params.layout();
     params.edit("CameraStock", stock);
     EXPECT_TRUE(params.writes.empty());
@@ -111,7 +111,7 @@ TEST(CameraStock, NothingWhileTheSoupIsBypassed)
 
 TEST(CameraStock, OpensWhatIsOff)
 {
-  MemoryParams params = activeSoup();
+  TestPage params = activeSoup();
   params.put("ToneCurves", 0);
   params.put("SatZone", 2);
   params.edit("CameraStock", 13);
@@ -124,7 +124,7 @@ TEST(CameraStock, OpensWhatIsOff)
   for (const std::string_view name : {"SatZoneLow", "HueRed", "RefineThreeSatHue", "RefineTwoZoneLow", "SoupToeRGB"})
     EXPECT_FALSE(params.shown(name)) << name;
 
-  MemoryParams open = activeSoup();
+  TestPage open = activeSoup();
   open.put("ColorCorrection", 3);
   open.put("ColorRefine", 7);
   open.put("ToneCurves", 2);
@@ -138,7 +138,7 @@ TEST(CameraStock, PrintStockKeepsItsPoints)
 {
   for (const int print : {0, 1, 2, 9})
   {
-    MemoryParams params = activeSoup();
+    TestPage params = activeSoup();
     params.put("PrintProfile", print);
     params.put("PrintBlackRed", 0.5);
     params.edit("CameraStock", 8);
@@ -149,7 +149,7 @@ TEST(CameraStock, PrintStockKeepsItsPoints)
 
 TEST(CameraStock, CustomIsNeutral)
 {
-  MemoryParams params = activeSoup();
+  TestPage params = activeSoup();
   params.edit("CameraStock", 14);
   params.putRgb("SatSwatch", {0.1, 0.2, 0.3});
   params.putRgb("RefineNineSwatch", {0.1, 0.2, 0.3});
@@ -180,7 +180,7 @@ TEST(CameraStock, CustomIsNeutral)
 
 TEST(CameraStock, NoneWithPrintOnWritesTheToneAlone)
 {
-  MemoryParams params = activeSoup();
+  TestPage params = activeSoup();
   params.put("PrintDisplayBypass", 0);
   params.edit("CameraStock", 20);
   params.put("ToneCurves", 3);
@@ -198,7 +198,7 @@ TEST(CameraStock, NoneWithoutPrintOrWithAPrintStockIsNeutral)
 {
   for (const int print : {0, 5})
   {
-    MemoryParams params = activeSoup();
+    TestPage params = activeSoup();
     params.put("PrintDisplayBypass", print == 0 ? 1 : 0);
     params.put("PrintProfile", print);
     params.put("PrintBlackGreen", 0.25);
@@ -235,7 +235,7 @@ constexpr std::array bleachRows{
     BleachRow{24, 0.4915, 0.0, 0.725, 0.664},
 };
 
-void expectBleach(const MemoryParams& params, const BleachRow& row)
+void expectBleach(const TestPage& params, const BleachRow& row)
 {
   EXPECT_EQ(params["LabBleachPivot"], row.pivot) << row.stock;
   expectFamily(params, "LabBleach", "LabBleachRGB", row.bleach);
@@ -255,7 +255,7 @@ TEST(CameraStock, BleachLayerWithTheChoice)
 {
   for (const BleachRow& row : bleachRows)
   {
-    MemoryParams params = activeSoup();
+    TestPage params = activeSoup();
     params.put("LableachBypass", 1);
     params.edit("CameraStock", row.stock);
     expectBleach(params, row);
@@ -263,7 +263,7 @@ TEST(CameraStock, BleachLayerWithTheChoice)
     params.edit("CameraStock", row.stock);
     expectBleach(params, row);
 
-    MemoryParams printBleach = activeSoup();
+    TestPage printBleach = activeSoup();
     printBleach.put("LableachBypass", 1);
     printBleach.put("Bleach", 1);
     printBleach.edit("CameraStock", row.stock);
@@ -275,7 +275,7 @@ TEST(CameraStock, BleachLayerWithTheBypass)
 {
   for (const BleachRow& row : bleachRows)
   {
-    MemoryParams params = activeSoup();
+    TestPage params = activeSoup();
     params.edit("CameraStock", row.stock);
     const double toe = params["SoupToeRed"];
     params.setVisible("Bleach", true);
@@ -306,7 +306,7 @@ TEST(CameraStock, BleachBypassOffShowsThePrintsBleach)
   {
     for (const int print : {0, 3})
     {
-      MemoryParams params = activeSoup();
+      TestPage params = activeSoup();
       params.put("PrintDisplayBypass", bypass);
       params.put("PrintProfile", print);
       params.edit("LableachBypass", 0);
@@ -317,7 +317,7 @@ TEST(CameraStock, BleachBypassOffShowsThePrintsBleach)
 
 TEST(CameraStock, BleachBypassWithoutAStock)
 {
-  MemoryParams params = activeSoup();
+  TestPage params = activeSoup();
   params.put("LabBleachRed", 0.5);
   params.edit("LableachBypass", 1);
   EXPECT_EQ(params["LabBleachPivot"], 0.3);
@@ -331,7 +331,7 @@ TEST(CameraStock, BleachBypassWithoutAStock)
 
 TEST(CameraStock, BleachBypassWithTheCustomStock)
 {
-  MemoryParams params = activeSoup();
+  TestPage params = activeSoup();
   params.put("CameraStock", customStock);
   params.put("LabBleachRed", 0.5);
   params.put("SoupDminRed", 0.25);
@@ -345,7 +345,7 @@ TEST(CameraStock, BleachBypassWithTheCustomStock)
 
 TEST(CameraStock, BleachBypassesExcludeOneAnother)
 {
-  MemoryParams params = activeSoup();
+  TestPage params = activeSoup();
   params.put("CameraStock", 9);
   params.put("Bleach", 1);
   params.edit("LableachBypass", 1);
@@ -357,7 +357,7 @@ TEST(CameraStock, BleachBypassesExcludeOneAnother)
 
 TEST(CameraStock, BleachBypassWhileTheSoupIsBypassedWritesNothing)
 {
-  MemoryParams params;
+  TestPage params;
   params.put("CameraStock", 9);
   params.setVisible("Bleach", true);
   params.edit("LableachBypass", 1);
@@ -368,7 +368,7 @@ TEST(CameraStock, BleachBypassWhileTheSoupIsBypassedWritesNothing)
 // The shift starts from the current values: below 0 the channels are mirrored, and unequal ones keep their distance.
 TEST(CameraStock, DensityShiftOfUnequalChannels)
 {
-  MemoryParams params = activeSoup();
+  TestPage params = activeSoup();
   params.put("CameraStock", 2);
   params.put("SoupDminRed", 0.5);
   params.put("SoupDminGreen", 0.25);
@@ -386,7 +386,7 @@ TEST(CameraStock, DensityShiftOfUnequalChannels)
   EXPECT_NEAR(params["SoupDmaxBlue"], 0.3 * scale, 1e-15);
   EXPECT_NEAR(params["SoupDmaxRGB"], 0.4 * scale, 1e-15);
 
-  MemoryParams negative = activeSoup();
+  TestPage negative = activeSoup();
   negative.put("CameraStock", 2);
   negative.put("SoupDminRed", -0.1);
   negative.put("SoupDminGreen", -0.2);

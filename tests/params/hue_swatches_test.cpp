@@ -3,7 +3,7 @@
 #include "params/hue_swatches.h"
 
 #include "params/families.h"
-#include "tests/params/memory_params.h"
+#include "tests/params/test_page.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -80,7 +80,7 @@ TEST(HueSwatches, AttributeSwatchMovesItsCentreAndBack)
 {
   for (const Axis& axis : axes)
   {
-    MemoryParams params;
+    TestPage params;
     params.editRgb(joined(axis.shortWord, "Swatch"), {0.0, 0.0, 1.0});
     EXPECT_NEAR(params[joined(axis.word, "CustomHue")], 240.0, 1e-9);
     EXPECT_THAT(params.written(), ElementsAre(joined(axis.word, "CustomHue")));
@@ -97,7 +97,7 @@ TEST(HueSwatches, VectorSwatchMovesFourCentresAndACentreMovesTheSwatchAlone)
 {
   for (const std::string_view word : refineWords)
   {
-    MemoryParams params;
+    TestPage params;
     params.editRgb(joined("Refine", word, "Swatch"), {0.5, 0.5, 0.5});
     for (const Axis& axis : axes)
       EXPECT_EQ(params[joined("Refine", word, axis.shortWord, "Hue")], 120.0) << word;

@@ -2,7 +2,7 @@
 // written in which edit block.
 #include "params/masters.h"
 
-#include "tests/params/memory_params.h"
+#include "tests/params/test_page.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>
@@ -72,7 +72,7 @@ TEST(Masters, TableRows)
 
 TEST(Masters, CarryOfSixChannels)
 {
-  MemoryParams params;
+  TestPage params;
   params.put("SaturationRed", 0.8);
   params.edit("SaturationCombo", 1.0);
   EXPECT_DOUBLE_EQ(params["SaturationRed"], 1.0);
@@ -91,7 +91,7 @@ TEST(Masters, CarryOfSixChannels)
 
 TEST(Masters, CarryOfThreeChannelsIsConserved)
 {
-  MemoryParams params;
+  TestPage params;
   params.put("GranularityRed", 9.0);
   params.put("GranularityGreen", 4.0);
   params.put("GranularityBlue", 2.0);
@@ -107,7 +107,7 @@ TEST(Masters, CarryOfThreeChannelsIsConserved)
 
 TEST(Masters, CarryAtTheLowerLimit)
 {
-  MemoryParams params;
+  TestPage params;
   params.put("SizeRed", 1.0);
   params.put("SizeGreen", 10.0);
   params.put("SizeBlue", 10.0);
@@ -120,7 +120,7 @@ TEST(Masters, CarryAtTheLowerLimit)
 
 TEST(Masters, EnhancersCarryBetweenTwo)
 {
-  MemoryParams params;
+  TestPage params;
   params.put("HorizontalEnhancer", 10.0);
   params.put("VerticalEnhancer", 0.0);
   params.edit("CombinedEnhancer", 8.0);
@@ -136,7 +136,7 @@ TEST(Masters, HalationBlendCarriesBelowZeroAndEndsAtZero)
   // The move is -0.4: red goes to -0.3, within -1 to 1, so nothing is carried.
   EXPECT_THAT(carried(master("HalationBlendRGB"), channels, 0.0),
               ElementsAre(DoubleNear(-0.3, 1e-15), DoubleNear(0.0, 1e-15), DoubleNear(0.3, 1e-15)));
-  MemoryParams params;
+  TestPage params;
   params.put("HalationBlendR", 0.1);
   params.put("HalationBlendG", 0.4);
   params.put("HalationBlendB", 0.7);
@@ -151,7 +151,7 @@ TEST(Masters, EveryRowFollowsItsChannelsAndMovesThem)
 {
   for (const Master& row : masters())
   {
-    MemoryParams params;
+    TestPage params;
     const Range range = *at(row.channels[0]).range;
     const double low = range.min + 0.25 * (range.max - range.min);
     const double high = range.min + 0.5 * (range.max - range.min);
@@ -175,7 +175,7 @@ TEST(Masters, EveryRowFollowsItsChannelsAndMovesThem)
 
 TEST(Masters, OnlyToneMastersAreRewrittenAfterTheirOwnChange)
 {
-  MemoryParams params;
+  TestPage params;
   params.put("SoupToeRed", 0.4);
   params.put("SoupToeGreen", 0.3);
   params.put("SoupToeBlue", 0.2);
@@ -196,7 +196,7 @@ TEST(Masters, ToneSwatchOfChannels)
   EXPECT_THAT(toneSwatch({0.4, 0.1, -0.1}), ElementsAre(1.0, DoubleNear(0.7, 1e-15), DoubleNear(0.5, 1e-15)));
   for (const std::string_view stem : {"LabBleach", "SoupToe", "SoupKnee", "SoupShoulder"})
   {
-    MemoryParams params;
+    TestPage params;
     const auto named = [&](std::string_view suffix) { return std::string{stem}.append(suffix); };
     for (const std::string_view channel : {"Red", "Green", "Blue"})
       params.put(named(channel), 0.1);
@@ -211,7 +211,7 @@ TEST(Masters, ToneChannelsOfSwatch)
 {
   for (const std::string_view stem : {"LabBleach", "SoupToe", "SoupKnee", "SoupShoulder"})
   {
-    MemoryParams params;
+    TestPage params;
     const auto named = [&](std::string_view suffix) { return std::string{stem}.append(suffix); };
     params.editRgb(named("Swatch"), {0.3, 0.2, 0.1});
     // The mean is 0.2; the spread is 0.3, or 0.8 for the shoulder.
@@ -227,7 +227,7 @@ TEST(Masters, ToneChannelsOfSwatch)
 
 TEST(Masters, ToneSwatchBeyondTheRangeIsHeld)
 {
-  MemoryParams params;
+  TestPage params;
   params.editRgb("SoupToeSwatch", {1.0, 1.0, 1.0});
   for (const std::string_view name : {"SoupToeRGB", "SoupToeRed", "SoupToeGreen", "SoupToeBlue"})
     EXPECT_EQ(params[name], 0.5) << name;

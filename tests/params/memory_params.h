@@ -1,15 +1,15 @@
-// Parameters in memory, for tests of what works on ParamAccess: values at the catalogue's defaults, what is shown, and
-// a record of every write, edit block and action. It forgives nothing: a value outside its range or an open edit block
-// throws.
+// Parameters in memory, for tests of what works on ParamAccess: the values and the layout of a new instance, and a
+// record of every write, edit block and action. It forgives nothing: a value outside its range or an open edit block
+// throws, and every edit is held to be orderly.
 #pragma once
 
 #include "params/catalogue.h"
 #include "params/rules.h"
+#include "tests/params/orderly.h"
 
 #include <cmath>
 #include <map>
 #include <optional>
-#include <set>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -19,12 +19,6 @@ namespace morvellan::params
 class MemoryParams : public ParamAccess
 {
 public:
-  struct Write
-  {
-    std::string name;
-    bool bracketed = false;
-  };
-
   struct Resolution
   {
     int choice = 0;
@@ -34,11 +28,20 @@ public:
   MemoryParams()
   {
     for (const Param& param : catalogue())
-    {
       values[param.name] = param.defaults;
+    reopen();
+  }
+
+  // As a new instance with these values is laid out.
+  void reopen()
+  {
+    for (const Param& param : catalogue())
+    {
       secret[param.name] = param.hidden != Hidden::No;
       enabled[param.name] = param.hidden != Hidden::SecretAndDisabled;
     }
+    forget();
+    showForValues(*this);
   }
 
   // What a test does: set without a trace; edit as the user does, which forgets the record first.
@@ -55,39 +58,45 @@ public:
     put(name, value);
     press(name);
   }
+  void setImage(Side side, Size size) { (side == Side::Source ? sourceImage : targetImage) = size; }
   void editRgb(std::string_view name, const Rgb& value)
   {
     putRgb(name, value);
     press(name);
   }
-  void press(std::string_view name)
+  void press(std::string_view name) { change(name, Reason::UserEdited); }
+  void change(std::string_view name, Reason reason)
   {
     forget();
-    changedParam(*this, name, Reason::UserEdited);
+    changedParam(*this, name, reason);
     if (block)
       throw std::logic_error("an edit block was left open: " + *block);
+    if (find(name) != nullptr)
+      expectOrderly(*this, name, writes);
   }
 
   double operator[](std::string_view name) const { return number(name); }
-  bool shown(std::string_view name) const { return !secret.at(std::string{name}) && enabled.at(std::string{name}); }
+  bool isSecret(std::string_view name) const { return secret.at(std::string{name}); }
+  bool isEnabled(std::string_view name) const { return enabled.at(std::string{name}); }
+  bool shown(std::string_view name) const { return !isSecret(name) && isEnabled(name); }
   std::vector<std::string> written() const
   {
     std::vector<std::string> names;
-    for (const Write& write : writes)
+    for (const PageWrite& write : writes)
       names.push_back(write.name);
     return names;
   }
   bool allBracketed() const
   {
-    for (const Write& write : writes)
-      if (!write.bracketed)
+    for (const PageWrite& write : writes)
+      if (!write.bracketed())
         return false;
     return true;
   }
   bool noneBracketed() const
   {
-    for (const Write& write : writes)
-      if (write.bracketed)
+    for (const PageWrite& write : writes)
+      if (write.bracketed())
         return false;
     return true;
   }
@@ -141,13 +150,9 @@ public:
   void rememberResolution(Side side, int choice, Size size) override { resolutions[side] = {choice, size}; }
   void perform(Action action) override { actions.push_back(action); }
 
-  std::optional<Size> sourceImage;
-  std::optional<Size> targetImage;
   std::map<Side, Resolution> resolutions;
   std::vector<Action> actions;
-  std::vector<Write> writes;
-  std::map<std::string, bool> secret;
-  std::map<std::string, bool> enabled;
+  std::vector<PageWrite> writes;
 
 private:
   Rgb& checked(std::string_view name, double value)
@@ -168,10 +173,14 @@ private:
   {
     if (block && *block != name)
       throw std::logic_error("written in the edit block of another: " + std::string{name});
-    writes.push_back({std::string{name}, block.has_value()});
+    writes.push_back({std::string{name}, block});
   }
 
   std::map<std::string, Rgb> values;
+  std::map<std::string, bool> secret;
+  std::map<std::string, bool> enabled;
+  std::optional<Size> sourceImage;
+  std::optional<Size> targetImage;
   std::optional<std::string> block;
 };
 }  // namespace morvellan::params

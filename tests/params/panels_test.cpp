@@ -3,7 +3,7 @@
 #include "params/panels.h"
 
 #include "params/index_classes.h"
-#include "tests/params/memory_params.h"
+#include "tests/params/test_page.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>
@@ -18,7 +18,7 @@ using testing::UnorderedElementsAreArray;
 
 // Of the names given, those that are shown.
 template <class Names>
-std::vector<std::string> shownOf(const MemoryParams& params, const Names& names)
+std::vector<std::string> shownOf(const TestPage& params, const Names& names)
 {
   std::vector<std::string> shown;
   for (const auto& name : names)
@@ -42,7 +42,7 @@ TEST(Panels, SoftClips)
 {
   const std::vector<std::string> all{"CameraHighlightsCeiling", "CameraHighlightsRecover", "CameraShadowsCeiling",
                                      "CameraShadowsRecover"};
-  MemoryParams params;
+  TestPage params;
   params.edit("SoftClips", 1);
   EXPECT_THAT(shownOf(params, all), ElementsAre(all[0], all[1]));
   params.edit("SoftClips", 2);
@@ -61,7 +61,7 @@ TEST(Panels, InputClasses)
   {
     for (const double hdr : {0.0, 1.0})
     {
-      MemoryParams params;
+      TestPage params;
       params.put("HDRcomp", hdr);
       params.edit("InputGamut", gamut);
       EXPECT_EQ(params.shown("HDRcomp"), isLinearInput(gamut)) << gamut;
@@ -74,7 +74,7 @@ TEST(Panels, InputClasses)
 
 TEST(Panels, AttributesShowOneFamily)
 {
-  MemoryParams params;
+  TestPage params;
   params.put("HueZone", 2);
   for (int choice = 0; choice <= 4; ++choice)
   {
@@ -96,7 +96,7 @@ TEST(Panels, AttributesShowOneFamily)
 
 TEST(Panels, RefinementShowsOneVector)
 {
-  MemoryParams params;
+  TestPage params;
   params.put("RefineFiveZone", 1);
   for (int choice = 0; choice <= 11; ++choice)
   {
@@ -124,7 +124,7 @@ TEST(Panels, ZoneChoices)
   EXPECT_EQ(zones.size(), 15u);
   for (const std::string& zone : zones)
   {
-    MemoryParams params;
+    TestPage params;
     const auto sliders = zoneSliders(zone);
     params.edit(zone, 1);
     EXPECT_THAT(shownOf(params, sliders), ElementsAre(zone + "LowRange", zone + "Low"));
@@ -153,7 +153,7 @@ TEST(Panels, ToneCurves)
       all.push_back(param.name);
   }
   EXPECT_EQ(all.size(), 25u);
-  MemoryParams params;
+  TestPage params;
   for (const int choice : {5, 4, 3, 2, 1, 0})
   {
     params.edit("ToneCurves", choice);
@@ -163,7 +163,7 @@ TEST(Panels, ToneCurves)
 
 TEST(Panels, Dispersion)
 {
-  MemoryParams params;
+  TestPage params;
   for (int choice = 0; choice <= 4; ++choice)
   {
     params.edit("DispersionPattern", choice);
@@ -175,7 +175,7 @@ TEST(Panels, EnhancersTakeTheDetailsPlace)
 {
   const std::vector<std::string> enhancers{"CombinedEnhancer", "HorizontalEnhancer", "VerticalEnhancer"};
   const std::vector<std::string> details{"CombinedDetails", "HorizontalDetails", "VerticalDetails"};
-  MemoryParams params;
+  TestPage params;
   params.put("SpatialEnhancer", 2);
   params.edit("SpatialEnhancement", 0);
   EXPECT_THAT(shownOf(params, enhancers), ElementsAre());
@@ -193,21 +193,21 @@ TEST(Panels, EnhancersTakeTheDetailsPlace)
 
 TEST(Panels, SpatialEnhancerSetsTheSecretPropertyAlone)
 {
-  MemoryParams params;
+  TestPage params;
   params.edit("SpatialEnhancer", 1);
   for (const std::string name : {"CombinedDetails", "HorizontalDetails", "VerticalDetails"})
   {
-    EXPECT_FALSE(params.secret[name]);
-    EXPECT_FALSE(params.enabled[name]);
+    EXPECT_FALSE(params.isSecret(name));
+    EXPECT_FALSE(params.isEnabled(name));
   }
   params.edit("SpatialEnhancer", 0);
   for (const std::string name : {"CombinedDetails", "HorizontalDetails", "VerticalDetails"})
-    EXPECT_TRUE(params.secret[name]);
+    EXPECT_TRUE(params.isSecret(name));
 }
 
 TEST(Panels, PrintBypassHidesAllAndEndsBleach)
 {
-  MemoryParams params;
+  TestPage params;
   params.edit("PrintDisplayBypass", 0);
   params.put("Bleach", 1);
   params.setVisible("LableachBypass", false);
@@ -225,7 +225,7 @@ TEST(Panels, PrintWithGammaInputIsHidden)
 {
   for (const int gamut : gammaInputs)
   {
-    MemoryParams params;
+    TestPage params;
     params.put("InputGamut", gamut);
     params.put("Bleach", 1);
     params.edit("PrintDisplayBypass", 0);
@@ -236,7 +236,7 @@ TEST(Panels, PrintWithGammaInputIsHidden)
 
 TEST(Panels, PrintWithoutStock)
 {
-  MemoryParams params;
+  TestPage params;
   params.edit("PrintDisplayBypass", 0);
   std::vector<std::string> expected{"PrintProfile", "OutputDisplayGamut"};
   expected.insert(expected.end(), printPointControls.begin(), printPointControls.end());
@@ -245,7 +245,7 @@ TEST(Panels, PrintWithoutStock)
 
 TEST(Panels, PrintWithStock)
 {
-  MemoryParams params;
+  TestPage params;
   params.put("PrintProfile", 4);
   params.edit("PrintDisplayBypass", 0);
   for (const std::string_view name : printStockControls)
@@ -267,7 +267,7 @@ TEST(Panels, PeakBrightnessIsShownForHdrDisplaysOnly)
 {
   for (int display = 0; display <= 14; ++display)
   {
-    MemoryParams params;
+    TestPage params;
     params.put("OutputDisplayGamut", display);
     params.edit("PrintDisplayBypass", 0);
     EXPECT_EQ(params.shown("PrintPeakBrightness"), isHdrDisplay(display)) << display;
@@ -276,8 +276,7 @@ TEST(Panels, PeakBrightnessIsShownForHdrDisplaysOnly)
 
 TEST(Panels, NewInstanceShowsWhatTheDefaultsCallFor)
 {
-  MemoryParams params;
-  showForValues(params);
+  const TestPage params;
   EXPECT_TRUE(params.writes.empty());
   std::vector<std::string> changed;
   for (const Param& param : catalogue())
@@ -291,8 +290,7 @@ TEST(Panels, NewInstanceShowsWhatTheDefaultsCallFor)
 // The page as a chain of edits leaves it is the page that a new instance with the same values shows.
 TEST(Panels, ReopenedProjectLooksAsItWasLeft)
 {
-  MemoryParams edited;
-  showForValues(edited);
+  TestPage edited;
   const std::vector<std::pair<std::string, double>> edits{{"InputGamut", 47},        {"SoftClips", 2},
                                                           {"InResolution", 1},       {"OutResolution", 5},
                                                           {"SpatialEnhancement", 2}, {"DispersionPattern", 4},
@@ -301,13 +299,13 @@ TEST(Panels, ReopenedProjectLooksAsItWasLeft)
                                                           {"ToneCurves", 4},         {"PrintDisplayBypass", 0},
                                                           {"PrintProfile", 6},       {"Bleach", 1},
                                                           {"OutputDisplayGamut", 7}};
-  MemoryParams reopened;
+  TestPage reopened;
   for (const auto& [name, value] : edits)
   {
     edited.edit(name, value);
     reopened.put(name, value);
   }
-  showForValues(reopened);
+  reopened.reopen();
   EXPECT_EQ(edited.layout(), reopened.layout());
 }
 }  // namespace

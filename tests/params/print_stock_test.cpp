@@ -5,8 +5,8 @@
 #include "params/families.h"
 #include "params/panels.h"
 #include "params/stocks.h"
-#include "tests/params/memory_params.h"
 #include "tests/params/stock_expectations.h"
+#include "tests/params/test_page.h"
 
 #include <algorithm>
 #include <array>
@@ -21,14 +21,14 @@ using testing::ElementsAre;
 
 constexpr int lastStock = 9;
 
-MemoryParams activePrint()
+TestPage activePrint()
 {
-  MemoryParams params;
+  TestPage params;
   params.edit("PrintDisplayBypass", 0);
   return params;
 }
 
-void expectTables(const MemoryParams& params, int stock)
+void expectTables(const TestPage& params, int stock)
 {
   for (const Setting& setting : printCommon())
     EXPECT_EQ(params[setting.name], setting.value) << setting.name;
@@ -51,7 +51,7 @@ constexpr std::array bleachRows{
     BleachRow{8, -0.704, 0.747, 0.086, 0.626, 0.234, 0.732}, BleachRow{9, -0.738, 0.752, 0.207, 0.656, 0.248, 0.741},
 };
 
-void expectBleached(const MemoryParams& params, const BleachRow& row)
+void expectBleached(const TestPage& params, const BleachRow& row)
 {
   EXPECT_EQ(params["PrintBleachPivot"], row.pivot) << row.stock;
   expectFamily(params, "PrintBleach", "PrintBleach", 0.0);
@@ -64,7 +64,7 @@ TEST(PrintStock, EveryStockFillsTheStore)
 {
   for (const BleachRow& row : bleachRows)
   {
-    MemoryParams params = activePrint();
+    TestPage params = activePrint();
     params.edit("PrintProfile", row.stock);
     expectTables(params, row.stock);
     expectPoints(params, row.black, row.white);
@@ -83,7 +83,7 @@ TEST(PrintStock, BleachLayerWithTheChoice)
 {
   for (const BleachRow& row : bleachRows)
   {
-    MemoryParams params = activePrint();
+    TestPage params = activePrint();
     params.put("Bleach", 1);
     params.edit("PrintProfile", row.stock);
     expectBleached(params, row);
@@ -92,7 +92,7 @@ TEST(PrintStock, BleachLayerWithTheChoice)
     params.edit("PrintProfile", row.stock);
     expectBleached(params, row);
 
-    MemoryParams labBleach = activePrint();
+    TestPage labBleach = activePrint();
     labBleach.put("Bleach", 1);
     labBleach.put("LableachBypass", 1);
     labBleach.edit("PrintProfile", row.stock);
@@ -105,7 +105,7 @@ TEST(PrintStock, BleachSwitchWithUntouchedSliders)
 {
   for (const BleachRow& row : bleachRows)
   {
-    MemoryParams params = activePrint();
+    TestPage params = activePrint();
     params.edit("PrintProfile", row.stock);
     params.put("PrintBleachPivot", 0.3);
     params.edit("Bleach", 1);
@@ -132,13 +132,13 @@ TEST(PrintStock, BleachSwitchWithMovedSlidersWritesNothing)
 {
   for (int stock = firstStock; stock <= lastStock; ++stock)
   {
-    MemoryParams params = activePrint();
+    TestPage params = activePrint();
     params.edit("PrintProfile", stock);  // which moves the pivot
     params.edit("Bleach", 1);
     EXPECT_TRUE(params.writes.empty()) << stock;
     EXPECT_TRUE(params.shown("PrintBleachPivot"));
 
-    MemoryParams moved = activePrint();
+    TestPage moved = activePrint();
     moved.edit("PrintProfile", stock);
     moved.put("PrintBleachPivot", 0.3);
     moved.put("PrintBleach", 0.1);
@@ -149,7 +149,7 @@ TEST(PrintStock, BleachSwitchWithMovedSlidersWritesNothing)
 
 TEST(PrintStock, BleachSwitchWhileTheLabBleaches)
 {
-  MemoryParams params = activePrint();
+  TestPage params = activePrint();
   params.edit("PrintProfile", 2);
   params.put("LableachBypass", 1);
   params.edit("Bleach", 1);
@@ -163,7 +163,7 @@ TEST(PrintStock, BleachSwitchWithoutATable)
 {
   for (const int stock : {noStock, customStock})
   {
-    MemoryParams params = activePrint();
+    TestPage params = activePrint();
     params.put("PrintProfile", stock);
     params.put("PrintBlackRed", 0.5);
     params.put("PrintFilmicPivot", 0.5);
@@ -180,7 +180,7 @@ TEST(PrintStock, BleachSwitchWithoutATable)
 
 TEST(PrintStock, BleachOfUnequalPoints)
 {
-  MemoryParams params = activePrint();
+  TestPage params = activePrint();
   params.put("PrintProfile", 2);
   params.put("PrintBlackRed", 0.2);
   params.put("PrintBlackGreen", 0.1);
@@ -198,7 +198,7 @@ TEST(PrintStock, BleachOfUnequalPoints)
   EXPECT_NEAR(params["PrinterLightBlue"], 0.3 * scale, 1e-15);
   EXPECT_NEAR(params["PrinterLightsRGB"], 0.6 * scale, 1e-15);
 
-  MemoryParams negative = activePrint();
+  TestPage negative = activePrint();
   negative.put("PrintProfile", 2);
   negative.put("PrintBlackRed", -0.5);
   negative.put("PrintBlackGreen", -0.6);
@@ -220,7 +220,7 @@ TEST(PrintStock, NoneTakesThePointsOfTheCameraSide)
   for (const Case& row : {Case{1, 0, 0.141, 0.909}, Case{1, 7, 0.141, 0.909}, Case{0, 1, 0.141, 0.909},
                           Case{0, 2, -0.7045, 0.75}, Case{0, 24, -0.7045, 0.75}, Case{0, 0, 0.141, 0.909}})
   {
-    MemoryParams params = activePrint();
+    TestPage params = activePrint();
     params.edit("PrintProfile", 5);
     params.put("SoupBypass", row.soupBypass);
     params.put("CameraStock", row.camera);
@@ -245,7 +245,7 @@ TEST(PrintStock, CustomIsNeutral)
 {
   for (const int camera : {0, 1, 6})
   {
-    MemoryParams params = activePrint();
+    TestPage params = activePrint();
     params.edit("PrintProfile", 4);
     params.put("SoupBypass", 0);
     params.put("CameraStock", camera);
@@ -284,20 +284,9 @@ TEST(PrintStock, CustomIsNeutral)
   }
 }
 
-TEST(PrintStock, StoreAloneForOtherIndices)
-{
-  MemoryParams params;
-  writePrintStock(params, noStock);
-  writePrintStock(params, 10);
-  writePrintStock(params, 20);
-  EXPECT_TRUE(params.writes.empty());
-  writePrintStock(params, 9);
-  expectTables(params, 9);
-}
-
 TEST(PrintStock, ChosenWhilePrintIsBypassedShowsNothing)
 {
-  MemoryParams params;
+  TestPage params;
   params.edit("PrintProfile", 3);
   expectTables(params, 3);
   for (const std::string_view name : printStockControls)

@@ -3,7 +3,7 @@
 #include "params/resets.h"
 
 #include "params/families.h"
-#include "tests/params/memory_params.h"
+#include "tests/params/test_page.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>
@@ -17,9 +17,9 @@ using testing::Each;
 using testing::ElementsAre;
 
 // Every value parameter away from its default and from every reset's value.
-MemoryParams disturbed()
+TestPage disturbed()
 {
-  MemoryParams params;
+  TestPage params;
   for (const Param& param : catalogue())
   {
     if (param.kind == Kind::Rgb)
@@ -37,7 +37,7 @@ MemoryParams disturbed()
 }
 
 // Presses the button and checks that exactly these parameters were written, none in an edit block.
-void expectWritten(MemoryParams& params, std::string_view button, std::vector<std::string> expected)
+void expectWritten(TestPage& params, std::string_view button, std::vector<std::string> expected)
 {
   params.press(button);
   auto written = params.written();
@@ -47,7 +47,7 @@ void expectWritten(MemoryParams& params, std::string_view button, std::vector<st
   EXPECT_TRUE(params.noneBracketed()) << button;
 }
 
-void expectDefaults(const MemoryParams& params, const std::vector<std::string>& names)
+void expectDefaults(const TestPage& params, const std::vector<std::string>& names)
 {
   for (const std::string& name : names)
     EXPECT_EQ(params.rgb(name), at(name).defaults) << name;
@@ -95,7 +95,7 @@ const std::vector<std::string> lab{"LabSilverRGB",   "LabSilverRed",    "LabSilv
                                    "LableachBypass", "LabPullPush",     "LabDevelop",      "LabAgitate",
                                    "LabReplenish",   "LabSpectrumBand", "LabDiffuseLoMid", "LabDiffuseMidHi"};
 
-void expectFlat(const MemoryParams& params, int curve)
+void expectFlat(const TestPage& params, int curve)
 {
   const auto& names = curveMembers[static_cast<std::size_t>(curve - 1)];
   for (const std::string& name : names)
@@ -125,7 +125,7 @@ void expectFlat(const MemoryParams& params, int curve)
 
 TEST(Resets, TexturePitches)
 {
-  MemoryParams params = disturbed();
+  TestPage params = disturbed();
   params.put("PitchBypass", 1);
   const std::vector<std::string> names{"SopranoPitch",  "MezzoSopranoPitch", "AltoPitch",     "TenorPitch",
                                        "BaritonePitch", "BassPitch",         "EnsemblePitch", "PitchBypass"};
@@ -136,7 +136,7 @@ TEST(Resets, TexturePitches)
 
 TEST(Resets, Halation)
 {
-  MemoryParams params = disturbed();
+  TestPage params = disturbed();
   const std::vector<std::string> names{"HalationBreadth",      "HalationSaturation", "HalationCyanRed",
                                        "HalationMagentaGreen", "HalationYellowBlue", "HalationBlendR",
                                        "HalationBlendG",       "HalationBlendB",     "HalationBlendRGB"};
@@ -150,13 +150,13 @@ TEST(Resets, AttributesByChoice)
 {
   for (int choice = 0; choice <= 4; ++choice)
   {
-    MemoryParams params = disturbed();
+    TestPage params = disturbed();
     params.put("ColorCorrection", choice);
     expectWritten(params, "ClearSoupSatHueChrVib", attributes(choice));
     expectDefaults(params, attributes(choice));
     EXPECT_EQ(params["ColorCorrection"], choice);
   }
-  MemoryParams params = disturbed();
+  TestPage params = disturbed();
   params.put("ColorCorrection", 0);
   params.press("ClearSoupSatHueChrVib");
   EXPECT_THAT(params.rgb("HueSwatch"), ElementsAre(0.0, 1.0, 1.0));
@@ -167,7 +167,7 @@ TEST(Resets, RefinementsByChoice)
 {
   for (int choice = 0; choice <= 11; ++choice)
   {
-    MemoryParams params = disturbed();
+    TestPage params = disturbed();
     params.put("ColorRefine", choice);
     expectWritten(params, "ResetSoupRefine", refinements(choice));
     expectDefaults(params, refinements(choice));
@@ -178,12 +178,12 @@ TEST(Resets, CurvesByChoice)
 {
   for (int choice = 1; choice <= 5; ++choice)
   {
-    MemoryParams params = disturbed();
+    TestPage params = disturbed();
     params.put("ToneCurves", choice);
     expectWritten(params, "ResetCurves", curveMembers[static_cast<std::size_t>(choice - 1)]);
     expectFlat(params, choice);
   }
-  MemoryParams params = disturbed();
+  TestPage params = disturbed();
   params.put("ToneCurves", 0);
   expectWritten(params, "ResetCurves",
                 joinedLists({curveMembers[0], curveMembers[1], curveMembers[2], curveMembers[3], curveMembers[4]}));
@@ -193,7 +193,7 @@ TEST(Resets, CurvesByChoice)
 
 TEST(Resets, Lab)
 {
-  MemoryParams params = disturbed();
+  TestPage params = disturbed();
   expectWritten(params, "ClearLab", lab);
   expectDefaults(params, lab);
   EXPECT_EQ(params["LabSilverRGB"], 0.5);
@@ -205,7 +205,7 @@ TEST(Resets, Lab)
 
 TEST(Resets, Soup)
 {
-  MemoryParams params = disturbed();
+  TestPage params = disturbed();
   const std::vector<std::string> own{
       "SoupHighlightCeiling", "SoupHighlightCompress", "SoupShadowFloor", "SoupShadowExpand", "CameraStock",
       "CameraCast",           "CameraTintGtoM",        "CameraTintRtoC",  "SoupDminRed",      "SoupDminGreen",
@@ -224,7 +224,7 @@ TEST(Resets, Soup)
 
 TEST(Resets, Grains)
 {
-  MemoryParams params = disturbed();
+  TestPage params = disturbed();
   std::vector<std::string> names{"GrainLinear", "DispersionPattern", "UniformPattern"};
   for (const std::string_view stem : {"Granularity", "Size", "Soft", "Variance", "Strength"})
     for (const std::string_view suffix : {"Red", "Green", "Blue", "RGB"})
@@ -238,7 +238,7 @@ TEST(Resets, Grains)
 
 TEST(Resets, PrintDisplay)
 {
-  MemoryParams params = disturbed();
+  TestPage params = disturbed();
   params.put("PrintDisplayBypass", 0);
   params.put("InputGamut", 0);
   params.put("PrintProfile", 5);
@@ -274,8 +274,8 @@ TEST(Resets, ValuesAloneAndNoPanel)
   for (const std::string_view button : {"ClearTexturePitches", "ClearHalation", "ClearSoupSatHueChrVib",
                                         "ResetSoupRefine", "ResetCurves", "ClearLab", "ResetSoup", "ResetGrains"})
   {
-    MemoryParams params = disturbed();
-    showForValues(params);
+    TestPage params = disturbed();
+    params.reopen();
     const auto before = params.layout();
     params.press(button);
     EXPECT_EQ(params.layout(), before) << button;

@@ -3,20 +3,20 @@
 #pragma once
 
 #include "params/families.h"
-#include "tests/params/memory_params.h"
+#include "tests/params/test_page.h"
 
 #include <gtest/gtest.h>
 
 namespace morvellan::params
 {
-inline void expectFamily(const MemoryParams& params, std::string_view stem, std::string_view master, double value)
+inline void expectFamily(const TestPage& params, std::string_view stem, std::string_view master, double value)
 {
   for (const std::string& channel : channelNames(stem))
     EXPECT_NEAR(params[channel], value, 1e-9) << channel;
   EXPECT_NEAR(params[master], value, 1e-9) << master;
 }
 
-inline void expectPoints(const MemoryParams& params, double black, double white)
+inline void expectPoints(const TestPage& params, double black, double white)
 {
   expectFamily(params, "PrintBlack", "PrintBlackRGB", black);
   expectFamily(params, "PrinterLight", "PrinterLightsRGB", white);

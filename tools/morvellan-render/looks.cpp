@@ -25,11 +25,9 @@ LoadedLook loadAlone(Session& session, const std::string& file)
 {
   session.createInstance({});
   ToolObserver& observer = session.observer();
-  observer.collectMessages();
-  observer.takeMessages();
   observer.takeWritten();
-  session.loadLook(file);
-  LoadedLook look{.values = {}, .written = observer.takeWritten(), .complaints = observer.takeMessages()};
+  const std::vector<std::string> complaints = session.loadLook(file);
+  LoadedLook look{.values = {}, .written = observer.takeWritten(), .complaints = complaints};
   for (const auto& param : session.instance().params().params())
   {
     if (param->hasValue())

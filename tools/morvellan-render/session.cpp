@@ -33,6 +33,19 @@ std::string inEdit(const Edit& edit, const std::string& what)
                                       : fmt::format("--press {}: {}", edit.name, what);
 }
 
+// The plug-in goes on after an error that it tells a person of; a tool without a person to tell does not.
+void requireNone(const std::vector<std::string>& errors, const std::string& otherwise)
+{
+  if (errors.size() == 1)
+  {
+    throw RenderError(fmt::format("{}: {}", otherwise, errors.front()));
+  }
+  if (!errors.empty())
+  {
+    throw RenderError(fmt::format("{}: {} ({} more like it)", otherwise, errors.front(), errors.size() - 1));
+  }
+}
+
 }  // namespace
 
 Session::Session(const Options& options, const std::filesystem::path& bundle, Progress& progress)
@@ -131,34 +144,28 @@ void Session::createInstance(const std::vector<FrameJob>& jobs)
 }
 
 // The plug-in's file dialog is answered by a variable of the environment instead of a person.
-void Session::throughDialog(const char* button, const std::filesystem::path& file)
+std::vector<std::string> Session::throughDialog(const char* button, const std::filesystem::path& file)
 {
   setenv("MORVELLAN_FILE_DIALOG", ("accept:" + std::filesystem::absolute(file).string()).c_str(), 1);
-  press(button);
+  std::vector<std::string> errors = errorsOfPress(button);
   unsetenv("MORVELLAN_FILE_DIALOG");
+  return errors;
 }
 
-void Session::loadLook(const std::filesystem::path& file)
+std::vector<std::string> Session::loadLook(const std::filesystem::path& file)
 {
   std::error_code failure;
   if (!std::filesystem::exists(file, failure))
   {
     throw RenderError(fmt::format("the Look {} does not exist; check the name", file.string()));
   }
-  throughDialog("LoadLooks", file);
+  return throughDialog("LoadLooks", file);
 }
 
 void Session::saveLook(const std::filesystem::path& file)
 {
   prepareFolderOf(file);
-  throughDialog("SaveLooks", file);
-  std::error_code failure;
-  if (!std::filesystem::exists(file, failure))
-  {
-    const std::string complaint = observer_.lastComplaint();
-    throw RenderError(
-        fmt::format("the Look {} was not written{}{}", file.string(), complaint.empty() ? "" : ": ", complaint));
-  }
+  requireNone(throughDialog("SaveLooks", file), fmt::format("the Look {} was not written", file.string()));
 }
 
 void Session::runEdit(const Edit& edit)
@@ -166,7 +173,7 @@ void Session::runEdit(const Edit& edit)
   switch (edit.kind)
   {
   case Edit::Kind::LoadLook:
-    loadLook(edit.value);
+    requireNone(loadLook(edit.value), fmt::format("the Look {} is not fit for use", edit.value));
     return;
   case Edit::Kind::SaveLook:
     saveLook(edit.value);
@@ -201,17 +208,24 @@ void Session::runEdit(const Edit& edit)
 
 void Session::press(const std::string& name)
 {
+  requireNone(errorsOfPress(name), fmt::format("--press {} failed", name));
+}
+
+std::vector<std::string> Session::errorsOfPress(const std::string& name)
+{
   const host::Param& param = paramNamed(instance_->params(), name);
   if (param.kind() != host::ParamKind::PushButton)
   {
     throw UsageError(fmt::format("{} is a {}, not a button; use --set {}=VALUE", name, param.facts().label, name));
   }
-  const OfxStatus status = instance_->press(name);
+  OfxStatus status = kOfxStatOK;
+  std::vector<std::string> errors = observer_.errorsOf([&] { status = instance_->press(name); });
   if (status != kOfxStatOK && status != kOfxStatReplyDefault)
   {
     throw RenderError(
         fmt::format("--press {} failed ({}): {}", name, host::statusName(status), observer_.lastComplaint()));
   }
+  return errors;
 }
 
 Session::Rendered Session::renderOne(const FrameJob& job, const Picture& picture)

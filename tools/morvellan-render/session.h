@@ -26,8 +26,10 @@ public:
 
   // Creates the instance for the frames, which may be none, and runs the edits.
   void createInstance(const std::vector<FrameJob>& jobs);
+  // Throws RenderError where the plug-in tells of an error.
   void press(const std::string& name);
-  void loadLook(const std::filesystem::path& file);
+  // Gives what the plug-in complains of. Throws RenderError where there is no such file.
+  std::vector<std::string> loadLook(const std::filesystem::path& file);
   const host::EffectInstance& instance() const { return *instance_; }
   void render();
   void saveProject() const;
@@ -42,7 +44,8 @@ private:
   std::optional<host::Frame> sourceAt(double time);
   void attach(const FrameJob& job, const Picture& picture);
   void runEdit(const Edit& edit);
-  void throughDialog(const char* button, const std::filesystem::path& file);
+  std::vector<std::string> errorsOfPress(const std::string& name);
+  std::vector<std::string> throughDialog(const char* button, const std::filesystem::path& file);
   void saveLook(const std::filesystem::path& file);
   Rendered renderOne(const FrameJob& job, const Picture& picture);
   Picture read(const FrameJob& job) const;

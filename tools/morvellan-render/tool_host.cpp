@@ -21,6 +21,11 @@ constexpr const char* bundleName = "Morvellan.ofx.bundle";
 std::atomic<bool> stop{false};
 static_assert(std::atomic<bool>::is_always_lock_free);
 
+bool isError(const host::Message& message)
+{
+  return message.type == kOfxMessageError || message.type == kOfxMessageFatal;
+}
+
 }  // namespace
 
 host::HostTraits toolTraits()
@@ -81,6 +86,17 @@ std::vector<std::string> ToolObserver::takeMessages()
   return std::exchange(messages_, {});
 }
 
+std::vector<std::string> ToolObserver::errorsOf(const std::function<void()>& action)
+{
+  {
+    const std::scoped_lock lock(mutex_);
+    errors_.emplace();
+  }
+  action();
+  const std::scoped_lock lock(mutex_);
+  return std::exchange(errors_, std::nullopt).value();
+}
+
 std::set<std::string> ToolObserver::takeWritten()
 {
   const std::scoped_lock lock(mutex_);
@@ -103,7 +119,7 @@ void ToolObserver::misuse(const std::string& what)
 
 void ToolObserver::show(const host::Message& message)
 {
-  const bool error = message.type == kOfxMessageError || message.type == kOfxMessageFatal;
+  const bool error = isError(message);
   if ((talk_ == Talk::Quiet && !error) || (talk_ != Talk::Verbose && message.type == kOfxMessageLog))
   {
     return;
@@ -116,6 +132,11 @@ OfxStatus ToolObserver::message(const host::Message& message)
 {
   {
     const std::scoped_lock lock(mutex_);
+    if (errors_ && isError(message))
+    {
+      errors_->push_back(message.text);
+      return kOfxStatOK;
+    }
     if (collecting_)
     {
       messages_.push_back(message.text);
@@ -131,6 +152,11 @@ void ToolObserver::persistentMessage(const host::Message& message)
 {
   {
     const std::scoped_lock lock(mutex_);
+    if (errors_ && isError(message))
+    {
+      errors_->push_back(message.text);
+      return;
+    }
     if (collecting_)
     {
       messages_.push_back(message.text);

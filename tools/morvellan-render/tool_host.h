@@ -2,7 +2,9 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -29,6 +31,8 @@ public:
   // Keeps messages instead of printing them, and hands over what was kept.
   void collectMessages() { collecting_ = true; }
   std::vector<std::string> takeMessages();
+  // Runs an action; the errors that the plug-in tells of meanwhile are given back instead of printed.
+  std::vector<std::string> errorsOf(const std::function<void()>& action);
   // The parameters that the plug-in has written, and forgets them.
   std::set<std::string> takeWritten();
 
@@ -48,6 +52,7 @@ private:
   std::string complaint_;
   bool collecting_ = false;
   std::vector<std::string> messages_;
+  std::optional<std::vector<std::string>> errors_;  // while an action runs whose errors are kept
   std::set<std::string> written_;
 };
 
