@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <random>
+#include <string>
 
 #include <fmt/format.h>
 
@@ -101,13 +102,36 @@ Failure replace(const fs::path& path, std::string_view content, std::optional<fs
   return {Stage::filling, error};
 }
 
+std::error_code overwrite(std::FILE* file, std::string_view content)
+{
+  errno = 0;
+  const bool written = std::fseek(file, 0, SEEK_SET) == 0 &&
+                       std::fwrite(content.data(), 1, content.size(), file) == content.size() &&
+                       std::fflush(file) == 0 && flushToDisk(file);
+  return written ? std::error_code{} : lastError();
+}
+
+// Over the start of the old file, which is cut off at the end only once the content is there; what was overwritten is
+// put back where that fails.
 std::error_code writeInPlace(const fs::path& path, std::string_view content)
 {
   errno = 0;
-  File file{std::fopen(path.string().c_str(), "wb")};
+  File file{std::fopen(path.string().c_str(), "r+b")};
   if (!file)
     return lastError();
-  return fill(std::move(file), content);
+  std::error_code error;
+  const std::uintmax_t size = fs::file_size(path, error);
+  if (error)
+    return error;
+  std::string before(content.size(), '\0');
+  before.resize(std::fread(before.data(), 1, before.size(), file.get()));
+  error = overwrite(file.get(), content);
+  if (error)
+    static_cast<void>(overwrite(file.get(), before));
+  file.reset();
+  std::error_code cutting;
+  fs::resize_file(path, error ? size : content.size(), cutting);
+  return error ? error : cutting;
 }
 
 }  // namespace

@@ -1,11 +1,13 @@
 // Saving of Looks, by the text that comes out, and opening and writing of files.
 #include "files/look_file.h"
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -204,6 +206,35 @@ TEST_F(LookFiles, WhereTheFolderRefusesTheFileIsWrittenInPlace)
   EXPECT_EQ(content(path), files::formatLook(params_));
   EXPECT_EQ(asNobody([&] { return save(folder_ / "new.prm") == std::vector<std::string>{cannotCreate}; }), 0);
   EXPECT_FALSE(fs::exists(folder_ / "new.prm"));
+}
+
+// A disk that is full is played by a limit on the size of files.
+TEST_F(LookFiles, ADiskThatFillsUpLeavesTheOldFileWhole)
+{
+  const auto onAFullDisk = [](const std::function<bool()>& holds)
+  {
+    return asNobody(
+        [&]
+        {
+          const rlimit limit{1000, 1000};
+          return std::signal(SIGXFSZ, SIG_IGN) != SIG_ERR && setrlimit(RLIMIT_FSIZE, &limit) == 0 && holds();
+        });
+  };
+  const fs::path path = folder_ / "shared.prm";
+  for (const std::string& old : {std::string("old"), std::string(500, 'o'), std::string(40000, 'o')})
+  {
+    fill(path, old);
+    fs::permissions(path, fs::perms::all);
+    fs::permissions(folder_, fs::perms::all);
+    EXPECT_EQ(onAFullDisk([&] { return save(path) == std::vector<std::string>{cannotCreate}; }), 0);
+    EXPECT_EQ(content(path), old) << "beside it";
+    EXPECT_EQ(filesInFolder(), 1u);
+    fs::permissions(folder_, fs::perms::all & ~fs::perms::group_write & ~fs::perms::others_write);
+    EXPECT_EQ(onAFullDisk([&] { return save(path) == std::vector<std::string>{cannotCreate}; }), 0);
+    EXPECT_EQ(content(path), old) << "in place";
+    EXPECT_EQ(asNobody([&] { return save(path).empty(); }), 0);
+    EXPECT_TRUE(content(path) == files::formatLook(params_)) << "nothing of a longer one is left";
+  }
 }
 
 TEST_F(LookFiles, AFileProtectedFromWritingStaysWhole)

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include <pty.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -28,6 +29,7 @@ namespace morvellan::test
 struct ToolRun
 {
   int exitCode = -1;
+  long mostMemory = 0;  // KiB in memory at most
   std::string out;
   std::string err;
 };
@@ -127,7 +129,9 @@ inline ToolRun runTool(const std::vector<std::string>& arguments, const ToolSett
   {
     interrupt.join();
   }
-  waitpid(child, &status, 0);
+  rusage usage{};
+  wait4(child, &status, 0, &usage);
+  run.mostMemory = usage.ru_maxrss;
   run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
   return run;
 }

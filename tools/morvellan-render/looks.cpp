@@ -38,6 +38,15 @@ LoadedLook loadAlone(Session& session, const std::string& file)
   return look;
 }
 
+// What was read of a Look is shown; that it was not all of it is an error all the same.
+void requireWhole(const LoadedLook& look, const std::string& file)
+{
+  if (!look.complaints.empty())
+  {
+    throw RenderError(fmt::format("the Look {} is faulty: {}", file, look.complaints.front()));
+  }
+}
+
 // A Choice's value with its label.
 std::string shown(const host::Param& param, const host::ParamValue& value)
 {
@@ -58,6 +67,7 @@ void show(Session& session, const std::string& file)
       fmt::print("{:<28} {}\n", param->name(), shown(*param, look.values.at(param->name())));
     }
   }
+  requireWhole(look, file);
 }
 
 void check(Session& session, const std::vector<std::string>& files)
@@ -91,6 +101,8 @@ void diff(Session& session, const std::string& first, const std::string& second)
                  shown(*param, b.values.at(param->name())));
     }
   }
+  requireWhole(a, first);
+  requireWhole(b, second);
 }
 
 }  // namespace
