@@ -1,17 +1,8 @@
 // Launches of the kernels that end the look after grain.
 #include "film/grain_expand.h"
 
-#include <algorithm>
-#include <iterator>
-
 namespace morvellan::MORVELLAN_TARGET
 {
-
-const ExpandRow& chooseExpand(ExpandEnd end, bool luma, bool alpha)
-{
-  return *std::find_if(std::begin(expandRows), std::end(expandRows),
-                       [&](const ExpandRow& row) { return row.end == end && row.luma == luma && row.alpha == alpha; });
-}
 
 namespace
 {

@@ -51,9 +51,6 @@ inline constexpr ExpandRow expandRows[] = {
     {"lin_grain_display_only_expand_print_stock_Y_RGB", ExpandEnd::PrintStock, true, false},
 };
 
-// The member for a frame's settings: a print or display after the grain, or the Soup's end.
-const ExpandRow& chooseExpand(ExpandEnd end, bool luma, bool alpha);
-
 MORVELLAN_INLINE Rgb expandedLight(const LookPlanes& planes, bool luma, Pixels at)
 {
   const Rgb p = loadPlanes(planes, at);

@@ -30,16 +30,6 @@ PrintLook makePrintLook(const PrintSettings& s)
   return look;
 }
 
-const PrintRow& choosePrint(PrintTarget target, int profile, bool bleach, bool vectors)
-{
-  const PrintMember member = profile == 0 ? PrintMember::Display
-                             : bleach     ? PrintMember::Bleach
-                             : vectors    ? PrintMember::Vectors
-                                          : PrintMember::Plain;
-  return *std::find_if(std::begin(printRows), std::end(printRows),
-                       [&](const PrintRow& row) { return row.target == target && row.member == member; });
-}
-
 namespace
 {
 

@@ -205,9 +205,6 @@ inline constexpr PrintRow printRows[] = {
     {"lin_grain_display_rangecompress_display", PrintMember::Display, PrintTarget::Planes},
 };
 
-// The member for a stock (0 is none) and its settings.
-const PrintRow& choosePrint(PrintTarget target, int profile, bool bleach, bool vectors);
-
 // Launches the named kernel over width * height pixels; false if the family has none of that name.
 bool launchPrint(const Queue& queue, std::string_view kernel, const PrintArguments& arguments);
 

@@ -22,13 +22,6 @@ SoupExit makeSoupExit(bool leaves, int inputGamut)
   return {.leaves = leaves, .workingLog = inputGamut == logC4, .exit = makeFilmExit(inputGamut)};
 }
 
-const SoupRow& chooseSoup(SoupTarget target, bool bleach, bool vectors)
-{
-  const LookMember member = chooseMember(bleach && target != SoupTarget::Planes, vectors);
-  return *std::find_if(std::begin(soupRows), std::end(soupRows),
-                       [&](const SoupRow& row) { return row.target == target && row.member == member; });
-}
-
 namespace
 {
 

@@ -52,12 +52,6 @@ constexpr bool hasVectors(LookMember member)
   return member != LookMember::Plain;
 }
 
-// The smallest member that the settings allow.
-constexpr LookMember chooseMember(bool bleach, bool vectors)
-{
-  return bleach ? LookMember::Bleach : vectors ? LookMember::Vectors : LookMember::Plain;
-}
-
 // The light that passes the laboratory's developed density, per exposure.
 inline constexpr float developedGain = 2058.0f;
 
@@ -200,9 +194,6 @@ inline constexpr SoupRow soupRows[] = {
     {"lin_grain_rangecompress", LookMember::Plain, SoupTarget::Planes},
     {"lin_grain_hue_chr_vib_lin_rangecompress", LookMember::Vectors, SoupTarget::Planes},
 };
-
-// The member for what follows the laboratory. Silver retention belongs to the density, which planes do not have yet.
-const SoupRow& chooseSoup(SoupTarget target, bool bleach, bool vectors);
 
 // Launches the named kernel over width * height pixels; false if the family has none of that name.
 bool launchSoup(const Queue& queue, std::string_view kernel, const SoupArguments& arguments);

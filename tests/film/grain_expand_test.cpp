@@ -194,7 +194,6 @@ ENGINE_TEST(GrainExpand, AlphaComesFromItsPlaneOrIsOne)
   const Buffer<float> frame(20);
   EXPECT_FALSE(launchSoupExpand(Queue{}, "lin_grain_display_only_expand", planes.frames(frame, 4), {}, {}));
   EXPECT_FALSE(launchDisplayExpand(Queue{}, "lin_grain_soup_expand", planes.frames(frame, 4), {}, false));
-  EXPECT_EQ(chooseExpand(ExpandEnd::PrintStock, true, false).kernel, "lin_grain_display_only_expand_print_stock_Y_RGB");
 }
 
 // A channel that a gamut matrix cancels to almost nothing stands on the steep foot of its curve.

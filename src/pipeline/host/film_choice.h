@@ -16,7 +16,8 @@ std::string_view printKernel(const FrameParams& p);
 // The same two where grain on linear light stands between Soup and print.
 std::string_view grainNegativeKernel(const FrameParams& p);
 std::string_view grainPrintKernel(const FrameParams& p);
-// After the laboratory, where grain on linear light ends the frame without a print.
+// After the laboratory, where grain on linear light ends the frame without a print. Silver retention belongs to the
+// density, which the planes of grain do not have yet.
 std::string_view grainRangeKernel(const FrameParams& p);
 // After grain on linear light: the rest of the look, without the suffix of its layout.
 std::string expandKernel(const FrameParams& p);
