@@ -1,14 +1,15 @@
 // Memory, copies and device bookkeeping of the platform layer, for the CPU and for CUDA.
 #include "device/memory.h"
 
+#include <atomic>
 #include <cstring>
 #include <new>
 
+#include "device/memory_observer.h"
 #include "device/queue.h"
 
 #ifndef MORVELLAN_TARGET_IS_CUDA
 
-#include <atomic>
 #include <cstdlib>
 
 #include <sys/mman.h>
@@ -57,7 +58,10 @@ void enablePeerAccess(int, int) {}
 
 void synchronize() {}
 
-void* allocate(MemoryKind, size_t bytes)
+namespace
+{
+
+void* take(MemoryKind, size_t bytes)
 {
   // Large frames on huge pages: the first touch of a fresh 4 KiB page costs more than many kernels do per pixel.
   const size_t alignment = bytes >= 2 * hugePage ? hugePage : 64;
@@ -72,10 +76,12 @@ void* allocate(MemoryKind, size_t bytes)
   return memory;
 }
 
-void release(MemoryKind, void* memory) noexcept
+void giveBack(MemoryKind, void* memory) noexcept
 {
   std::free(memory);
 }
+
+}  // namespace
 
 void copy(void* to, const void* from, size_t bytes, CopyKind)
 {
@@ -136,7 +142,10 @@ void synchronize()
   cudaDeviceSynchronize();
 }
 
-void* allocate(MemoryKind kind, size_t bytes)
+namespace
+{
+
+void* take(MemoryKind kind, size_t bytes)
 {
   void* memory = nullptr;
   const size_t padded = bytes + paddingBytes;
@@ -149,13 +158,15 @@ void* allocate(MemoryKind kind, size_t bytes)
   return memory;
 }
 
-void release(MemoryKind kind, void* memory) noexcept
+void giveBack(MemoryKind kind, void* memory) noexcept
 {
   if (kind == MemoryKind::Pinned)
     cudaFreeHost(memory);
   else
     cudaFree(memory);
 }
+
+}  // namespace
 
 void copy(void* to, const void* from, size_t bytes, CopyKind kind)
 {
@@ -170,3 +181,35 @@ void fill(void* memory, int value, size_t bytes)
 }  // namespace morvellan::MORVELLAN_TARGET
 
 #endif
+
+namespace morvellan::MORVELLAN_TARGET
+{
+
+namespace
+{
+
+std::atomic<MemoryObserver*> memoryObserver = nullptr;
+
+}  // namespace
+
+void observeMemory(MemoryObserver* observer)
+{
+  memoryObserver = observer;
+}
+
+void* allocate(MemoryKind kind, size_t bytes)
+{
+  void* memory = take(kind, bytes);
+  if (MemoryObserver* observer = memoryObserver)
+    observer->taken(memory, kind, bytes);
+  return memory;
+}
+
+void release(MemoryKind kind, void* memory) noexcept
+{
+  if (MemoryObserver* observer = memoryObserver)
+    observer->givenBack(memory);
+  giveBack(kind, memory);
+}
+
+}  // namespace morvellan::MORVELLAN_TARGET
