@@ -251,6 +251,8 @@ struct Misuse
 {
   const char* name;
   const char* report;  // a part of what the host says
+
+  friend void PrintTo(const Misuse& self, std::ostream* out) { *out << self.name; }
 };
 
 class MisuseTest : public testing::TestWithParam<Misuse>

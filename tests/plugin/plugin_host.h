@@ -70,6 +70,7 @@ inline StrictOptions pluginOptions(const ConfigFolder& folder, const std::string
 inline std::vector<std::string> textsOf(const std::vector<host::Message>& messages)
 {
   std::vector<std::string> texts;
+  texts.reserve(messages.size());
   for (const host::Message& message : messages)
     texts.push_back(message.text);
   return texts;

@@ -18,6 +18,8 @@ struct ErrorCase
   std::vector<std::string> arguments;  // @ stands for the test's folder
   int exitCode;
   const char* says;
+
+  friend void PrintTo(const ErrorCase& self, std::ostream* out) { *out << self.says; }
 };
 
 class ErrorTest : public ToolTest, public testing::WithParamInterface<ErrorCase>

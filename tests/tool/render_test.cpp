@@ -244,6 +244,8 @@ struct DepthCase
   const char* extension;
   const char* depth;
   float greatest;  // of an integer's codes; 0 for floating point
+
+  friend void PrintTo(const DepthCase& self, std::ostream* out) { *out << self.extension << ' ' << self.depth; }
 };
 
 class DepthTest : public ToolTest, public testing::WithParamInterface<DepthCase>
