@@ -13,10 +13,6 @@ namespace
 
 constexpr int logC4Index = 47;
 
-// CIE XYZ at D65 to ARRI Wide Gamut 4, as printed; it is the inverse of awg4ToXyz to seven digits.
-constexpr Matrix3 xyzToAwg4{
-    {1.50921547f, -0.250597358f, -0.16881147f, -0.491545439f, 1.36124551f, 0.0972829387f, 0.0f, 0.0f, 0.918224931f}};
-
 }  // namespace
 
 FilmEntry makeFilmEntry(int colourspace)

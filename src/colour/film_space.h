@@ -10,10 +10,13 @@
 namespace morvellan::MORVELLAN_TARGET
 {
 
-// Luminance (the Y row) of ARRI Wide Gamut 4, and its whole matrix to CIE XYZ.
+// Luminance (the Y row) of ARRI Wide Gamut 4, its whole matrix to CIE XYZ at D65, and the way back as printed; it is
+// the inverse to seven digits.
 inline constexpr Row3 awg4Luminance{0.254524171f, 0.781477749f, -0.0360019095f};
 inline constexpr Matrix3 awg4ToXyz{
     {0.704858303f, 0.129760295f, 0.115837313f, 0.254524171f, 0.781477749f, -0.0360019095f, 0.0f, 0.0f, 1.0890578f}};
+inline constexpr Matrix3 xyzToAwg4{
+    {1.50921547f, -0.250597358f, -0.16881147f, -0.491545439f, 1.36124551f, 0.0972829387f, 0.0f, 0.0f, 0.918224931f}};
 
 struct FilmEntry
 {
