@@ -49,16 +49,42 @@ MORVELLAN_INLINE Real log2NearOne(Real f)
   return detail::log2OnePlus<Plain>(f);
 }
 
-// 2^x - 1 for x in [-0.5, 0.5], at x's own precision.
-MORVELLAN_INLINE Real exp2MinusOne(Real x)
+// log2(n / d) of two positive normal numbers, at the precision of the logarithm's own small value where they are near
+// each other.
+MORVELLAN_INLINE Real log2Ratio(Real n, Real d)
 {
-  return detail::exp2Quotient<Plain>(x) * x;
+  // The quotient's exponent by the difference of the bits, which are a logarithm to 0.09: the rest r is in
+  // [0.66, 1.51].
+  const Int near = (bitsOf(n) - bitsOf(d)) + Int(0x00400000);
+  const Real scaled = realOfBits(bitsOf(n) - (near & Int(static_cast<int>(0xff800000u))));
+  const Real s = (scaled - d) / (scaled + d);
+  const Real s2 = s * s;
+  // log2((1 + s) / (1 - s)) / s, odd minimax for |s| <= 0.2, relative error 2.5e-9.
+  const Real low = s2 * Real(0.961801839f) + Real(2.88539008f);
+  const Real high = s2 * Real(0.438822488f) + Real(0.576413425f);
+  return (high * (s2 * s2) + low) * s + toReal(shiftRight<23>(near));
 }
 
-// 2^x for x at or below 0, and as well for any x up to 127; 0 below -126.5 and for NaN.
-MORVELLAN_INLINE Real exp2UpTo0(Real x)
+// 2^x for x in [-127.5, 127]; 0 at its lower end, up to -126.5.
+MORVELLAN_INLINE Real exp2Within(Real x)
 {
-  return detail::exp2NotPositiveOf<Plain>(x);
+  const Real shifted = x + Real(detail::roundingShift);
+  const Real f = x - (shifted - Real(detail::roundingShift));
+  return detail::exp2Polynomial<Plain>(f) * detail::exp2Integer(shifted);
+}
+
+// x^(-1/6) of a positive normal number, relative error 1e-7.
+MORVELLAN_INLINE Real inverseSixthRoot(Real x)
+{
+  // A sixth of the exponent as a first guess (3 % off at most), then two cubic steps of Householder's method.
+  Real y = realOfBits(Int(1242442323) - toInt(toReal(bitsOf(x)) * Real(1.0f / 6.0f)));
+  for (int step = 0; step < 2; ++step)
+  {
+    const Real cube = y * y * y;
+    const Real off = Real(1.0f) - x * (cube * cube);
+    y = y + y * (off * (off * Real(7.0f / 72.0f) + Real(1.0f / 6.0f)));
+  }
+  return y;
 }
 
 }  // namespace morvellan::MORVELLAN_TARGET::curves

@@ -85,20 +85,27 @@ struct Dcdm
   static MORVELLAN_INLINE Real encode(Real x) { return power(x, 0.384615391f) * Real(0.916555285f); }
 };
 
-// SMPTE ST 2084 (2014) for one channel of display light, 1 standing for 10000 cd/m2. With p = L^m1 written as 1 - q,
-// the quotient (c1 + c2 p) / (1 + c3 p) is 1 - (1 - c1) q / (1 + c3 p), which keeps its precision in single floats.
+// SMPTE ST 2084 (2014) for one channel of display light, 1 standing for 10000 cd/m2. The curve is worked out in
+// m = N^(1/m2) - 1, by which both its sums keep their precision in single floats: c1 - 1 and c2 - c3 are -+0.1640625.
 struct Pq
 {
-  // A code value to the m1-th power of its light, then to log2 of the light. Codes whose power is not above 0 give a
-  // power so small that the light is 0; so does NaN.
-  static MORVELLAN_INLINE Real power1(Real x)
+  // A code value N to m = 2^(0.0126833133 log2 N) - 1, by a minimax of degree 4 for logarithms from -21 to 1, relative
+  // error 9e-8.
+  static MORVELLAN_INLINE Real rootMinusOne(Real x)
   {
-    // p - 1 = -q; wide of 0 it is not exact, but far enough off to end outside the range of light.
-    const Real m = exp2MinusOne(log2Above0(max(x, Real(smallest))) * Real(0.0126833133f));
-    return max((m + Real(0.1640625f)) / (m * Real(-18.6875f) + Real(0.1640625f)), Real(smallest));
+    // Below 7.3e-7 there is no light.
+    const Real l = log2Above0(max(x, Real(5e-7f)));
+    const Real high = l * Real(2.32019526e-10f) + Real(1.13045256e-7f);
+    return l * ((l * l) * high + (l * Real(3.86437149e-5f) + Real(0.00879140296f)));
   }
-  static MORVELLAN_INLINE Real lightLog2(Real d) { return log2Above0(d) * Real(6.27739477f); }
-  static MORVELLAN_INLINE Real decode(Real x) { return exp2UpTo0(lightLog2(power1(x))); }
+  // m to log2 of the light; -127 where there is none. Light stops rising at code 1.99, where the quotient has its pole.
+  static MORVELLAN_INLINE Real lightLog2(Real m)
+  {
+    const Real n = max(m + Real(0.1640625f), Real(2.66e-6f));
+    const Real d = max(m * Real(-18.6875f) + Real(0.1640625f), Real(4e-6f));
+    return log2Ratio(n, d) * Real(6.27739477f);
+  }
+  static MORVELLAN_INLINE Real decode(Real x) { return exp2Within(lightLog2(rootMinusOne(x))); }
 
   // log2 of light to the m1-th power of light, then to log2 of the code value.
   static MORVELLAN_INLINE Real codeLog2(Real p)
@@ -107,10 +114,6 @@ struct Pq
     return log2NearOne(f) * Real(78.84375f);
   }
   static MORVELLAN_INLINE Real encode(Real light) { return plain_exp2(codeLog2(curves::power(light, 0.159301758f))); }
-
-private:
-  // Its powers vanish in a float, its logarithm does not.
-  static constexpr float smallest = 1e-30f;
 };
 
 // PQ read as the display light of a 1000 cd/m2 HLG-style display and turned into scene light by the inverse of its
@@ -127,19 +130,17 @@ struct Pq1000
   static MORVELLAN_INLINE Rgb decodeStage(Rgb p)
   {
     if constexpr (Stage == 0)
-      return {Pq::power1(p.r), Pq::power1(p.g), Pq::power1(p.b)};
+      return {Pq::rootMinusOne(p.r), Pq::rootMinusOne(p.g), Pq::rootMinusOne(p.b)};
     else if constexpr (Stage == 1)
       return {Pq::lightLog2(p.r), Pq::lightLog2(p.g), Pq::lightLog2(p.b)};
     else if constexpr (Stage == 2)
-      return {exp2UpTo0(p.r), exp2UpTo0(p.g), exp2UpTo0(p.b)};
+      return {exp2Within(p.r), exp2Within(p.g), exp2Within(p.b)};
     else
     {
-      // In thousands of cd/m2: the factor 10000 of the curve times 0.001.
-      const Rgb light{p.r * Real(10.0f), p.g * Real(10.0f), p.b * Real(10.0f)};
-      const Real y = luminance(light);
-      // Below its smallest a luminance counts as none.
-      const Real s = exp2UpTo0(log2Above0(max(y, Real(1e-30f))) * Real(-0.166666672f));
-      return {light.r * s, light.g * s, light.b * s};
+      // In thousands of cd/m2: light L times 10 and, for the system gamma, luminance times 10 to the power -1/6. Below
+      // its smallest a luminance counts as none.
+      const Real s = inverseSixthRoot(max(luminance(p), Real(1e-30f))) * Real(6.81292069f);
+      return {p.r * s, p.g * s, p.b * s};
     }
   }
   template <int Stage>

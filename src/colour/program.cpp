@@ -140,13 +140,15 @@ struct colour_program
       readCrop(block, first, count);
     else
       readStretch(block, 0, count, first, first);
-    for (int s = 0; s < program.stepCount; ++s)
+    // A matrix at the end is applied on the way out, which spares a pass over the block.
+    const bool matrixLast = program.stepCount > 0 && program.steps[program.stepCount - 1].kind == StepKind::Matrix;
+    const int passes = program.stepCount - (matrixLast ? 1 : 0);
+    for (int s = 0; s < passes; ++s)
       applyStep(program.steps[s], block, count);
-    for (int i = 0; i < count; i += lanes)
-    {
-      const Rgb p = loadBlock(block, i);
-      write<O>(program, first + i, {p.r, p.g, p.b, load(block.a + i)});
-    }
+    if (matrixLast)
+      writeBlock(block, first, count, [k = program.steps[passes].matrix](Rgb p) { return multiply(k, p); });
+    else
+      writeBlock(block, first, count, [](Rgb p) { return p; });
     if (program.to == To::SelfAndCompanion)
       for (ptrdiff_t i = first; i < first + count; ++i)
         program.companion[i * program.floatsOut] = 0.0f;
@@ -159,6 +161,16 @@ struct colour_program
   }
 
 private:
+  template <typename Last>
+  void writeBlock(const Block& block, ptrdiff_t first, int count, const Last& last) const
+  {
+    for (int i = 0; i < count; i += lanes)
+    {
+      const Rgb p = last(loadBlock(block, i));
+      write<O>(program, first + i, {p.r, p.g, p.b, load(block.a + i)});
+    }
+  }
+
   // Pixels [begin, end) of the run, which stand together in the frame that is read.
   void readStretch(Block& block, int begin, int end, ptrdiff_t from, ptrdiff_t to) const
   {

@@ -138,7 +138,7 @@ inline constexpr int flatBlock = 4096;  // pixels: a few of them keep a thread b
 
 // Pixels of a run on the CPU: enough to make the choice of a step cheap, few enough that reading and writing of frames
 // overlaps with the work between them.
-inline constexpr int runLength = 64;
+inline constexpr int runLength = 128;
 
 #ifndef MORVELLAN_TARGET_IS_CUDA
 
