@@ -1,6 +1,7 @@
 // Entry to and exit from the film working space: neutrals, round trips, clamps, and the matrices behind them.
 #include "colour/film_space.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -77,8 +78,8 @@ ENGINE_TEST(FilmSpace, NeutralInNeutralOut)
     const std::vector<float> frame = neutralCodes(index);
     const std::vector<float> film = entered(index, frame);
     const std::vector<float> back = left(index, film);
-    // The printed rows' own digits; those of 31 are the furthest off.
-    const float tolerance = index == 31 ? 1.1e-3f : 3e-4f;
+    // The printed rows' own digits: 2.4e-4 at 26 and less elsewhere; 31 is told below.
+    const float tolerance = index == 31 ? 1.04e-3f : 2.5e-4f;
     for (size_t i = 0; i < frame.size(); i += 4)
     {
       EXPECT_NEAR(film[i], film[i + 1], film[i + 1] * tolerance) << index << " in";
@@ -88,6 +89,26 @@ ENGINE_TEST(FilmSpace, NeutralInNeutralOut)
       EXPECT_EQ(back[i + 3], frame[i + 3]);
     }
   }
+}
+
+// The rows of 31 were made for a D60 white of (0.3217, 0.3378), the adaptation starts from (0.32168, 0.33767): in
+// double a neutral enters with red 4.0e-4 and blue 1.0351e-3 below green.
+ENGINE_TEST(FilmSpace, NeutralOfP3D60IsOffByTheRoundingOfItsWhite)
+{
+  const Primaries fourDigits{p3D60Primaries.red, p3D60Primaries.green, p3D60Primaries.blue, {0.3217f, 0.3378f}};
+  const DoubleMatrix3 rows = rgbToXyz(fourDigits);
+  const DoubleMatrix3 exact = rgbToXyz(p3D60Primaries);
+  double apart = 0.0;
+  for (int i = 0; i < 9; ++i)
+  {
+    EXPECT_NEAR(rows.m[i], static_cast<double>(rgbToXyz(31)->m[i]), 1e-7) << i;
+    apart = std::max(apart, std::fabs(exact.m[i] - rows.m[i]));
+  }
+  EXPECT_GT(apart, 8e-4);
+  const DoubleMatrix3 enters = product(widen(xyzToAwg4), *rgbToXyzD65(31));
+  const auto channel = [&](int row) { return enters.m[row * 3] + enters.m[row * 3 + 1] + enters.m[row * 3 + 2]; };
+  EXPECT_NEAR(channel(0) / channel(1) - 1.0, -4.04e-4, 1e-6);
+  EXPECT_NEAR(channel(2) / channel(1) - 1.0, -1.0351e-3, 1e-6);
 }
 
 ENGINE_TEST(FilmSpace, EntryAndExitAreInverse)
@@ -202,8 +223,7 @@ ENGINE_TEST(Gamuts, SGamut3CineOfTheShortTableMovesANeutral)
   EXPECT_GT(std::fabs(x - 0.950456f), 0.1f);
 }
 
-// A channel may be the small difference of ones of a hundred.
-PARITY(film_entry_and_exit, .relative = 1e-5f, .absolute = 2e-6f)
+PARITY(film_entry_and_exit, morvellan::parity::sameBits)
 {
   std::vector<float> frame;
   for (int i = 0; i < 300; ++i)
@@ -214,8 +234,6 @@ PARITY(film_entry_and_exit, .relative = 1e-5f, .absolute = 2e-6f)
   {
     const std::vector<float> film = entered(index, frame);
     all.insert(all.end(), film.begin(), film.end());
-    if (index == 8)
-      continue;  // whole codes: a last bit decides between two
     const std::vector<float> back = left(index, frame);
     all.insert(all.end(), back.begin(), back.end());
   }

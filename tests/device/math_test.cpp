@@ -26,6 +26,8 @@ enum class Function
   Cbrt,
   Log2Positive,
   Exp2NotPositive,
+  PlainLog2,
+  PlainExp2,
 };
 
 struct apply_function
@@ -62,6 +64,12 @@ struct apply_function
       break;
     case Function::Exp2NotPositive:
       r = exp2NotPositive(a);
+      break;
+    case Function::PlainLog2:
+      r = plain_log2(a);
+      break;
+    case Function::PlainExp2:
+      r = plain_exp2(a);
       break;
     }
     storePlane(result, at, r);
@@ -107,53 +115,63 @@ ENGINE_TEST(Math, Log2OverEveryExponent)
   std::vector<float> x = everyExponent();
   for (int i = 1; i < 200000; ++i)
     x.push_back(0.5f + static_cast<float>(i) / 133333.0f);
-  const std::vector<float> r = run(Function::Log2, x);
-  double absolute = 0.0, relative = 0.0;
-  for (size_t i = 0; i < x.size(); ++i)
+  for (const Function function : {Function::Log2, Function::PlainLog2})
   {
-    const double exact = std::log2(static_cast<double>(x[i]));
-    const double error = std::fabs(static_cast<double>(r[i]) - exact);
-    absolute = std::max(absolute, error / std::max(1.0, std::fabs(exact)));
-    if (exact != 0.0)
-      relative = std::max(relative, error / std::fabs(exact));
+    const bool hardware = isCuda && function == Function::Log2;
+    const std::vector<float> r = run(function, x);
+    double absolute = 0.0, relative = 0.0;
+    for (size_t i = 0; i < x.size(); ++i)
+    {
+      const double exact = std::log2(static_cast<double>(x[i]));
+      const double error = std::fabs(static_cast<double>(r[i]) - exact);
+      absolute = std::max(absolute, error / std::max(1.0, std::fabs(exact)));
+      if (exact != 0.0)
+        relative = std::max(relative, error / std::fabs(exact));
+    }
+    EXPECT_LE(absolute, std::ldexp(1.0, hardware ? -21 : -23));
+    EXPECT_LE(relative, hardware ? 1.0 : 2.5e-7);
   }
-  EXPECT_LE(absolute, std::ldexp(1.0, isCuda ? -21 : -23));
-  EXPECT_LE(relative, isCuda ? 1.0 : 2.5e-7);
 }
 
 ENGINE_TEST(Math, Log2OfWhatIsNotPositive)
 {
-  const std::vector<float> r = run(Function::Log2, {0.0f, -0.0f, -1.0f, infinity, nan, 1.0f});
-  EXPECT_EQ(r[0], -infinity);
-  EXPECT_EQ(r[1], -infinity);
-  EXPECT_TRUE(std::isnan(r[2]));
-  EXPECT_EQ(r[3], infinity);
-  EXPECT_TRUE(std::isnan(r[4]));
-  EXPECT_EQ(r[5], 0.0f);
+  for (const Function function : {Function::Log2, Function::PlainLog2})
+  {
+    const std::vector<float> r = run(function, {0.0f, -0.0f, -1.0f, infinity, nan, 1.0f});
+    EXPECT_EQ(r[0], -infinity);
+    EXPECT_EQ(r[1], -infinity);
+    EXPECT_TRUE(std::isnan(r[2]));
+    EXPECT_EQ(r[3], infinity);
+    EXPECT_TRUE(std::isnan(r[4]));
+    EXPECT_EQ(r[5], 0.0f);
+  }
 }
 
 ENGINE_TEST(Math, Exp2OverItsRange)
 {
   std::vector<float> x;
   for (int i = 0; i <= 2000000; ++i)
-    x.push_back(-125.0f + 252.99f * static_cast<float>(i) / 2000000.0f);
-  const std::vector<float> r = run(Function::Exp2, x);
-  double relative = 0.0;
-  for (size_t i = 0; i < x.size(); ++i)
+    x.push_back(-126.0f + 253.49f * static_cast<float>(i) / 2000000.0f);
+  for (const Function function : {Function::Exp2, Function::PlainExp2})
   {
-    const double exact = std::exp2(static_cast<double>(x[i]));
-    relative = std::max(relative, std::fabs(static_cast<double>(r[i]) - exact) / exact);
+    const std::vector<float> r = run(function, x);
+    double relative = 0.0;
+    for (size_t i = 0; i < x.size(); ++i)
+    {
+      const double exact = std::exp2(static_cast<double>(x[i]));
+      relative = std::max(relative, std::fabs(static_cast<double>(r[i]) - exact) / exact);
+    }
+    EXPECT_LE(relative, 2.5e-7);
+    const std::vector<float> edges = run(function, {-200.0f, -infinity, 128.0f, infinity, nan, 0.0f, 1.0f, -1.0f});
+    EXPECT_EQ(edges[0], 0.0f);
+    EXPECT_EQ(edges[1], 0.0f);
+    EXPECT_EQ(edges[2], infinity);
+    EXPECT_EQ(edges[3], infinity);
+    EXPECT_TRUE(std::isnan(edges[4]));
+    EXPECT_EQ(edges[5], 1.0f);
+    EXPECT_EQ(edges[6], 2.0f);
+    EXPECT_EQ(edges[7], 0.5f);
   }
-  EXPECT_LE(relative, 2.5e-7);
-  const std::vector<float> edges = run(Function::Exp2, {-200.0f, -infinity, 128.0f, infinity, nan, 0.0f, 1.0f, -1.0f});
-  EXPECT_EQ(edges[0], 0.0f);
-  EXPECT_EQ(edges[1], 0.0f);
-  EXPECT_EQ(edges[2], infinity);
-  EXPECT_EQ(edges[3], infinity);
-  EXPECT_TRUE(std::isnan(edges[4]));
-  EXPECT_EQ(edges[5], 1.0f);
-  EXPECT_EQ(edges[6], 2.0f);
-  EXPECT_EQ(edges[7], 0.5f);
 }
 
 ENGINE_TEST(Math, LogarithmAndExponentialOfTheUnitRange)
@@ -221,6 +239,18 @@ ENGINE_TEST(Math, CosAndCubeRoot)
     ASSERT_LE(std::fabs((static_cast<double>(r[i]) - exact) / exact), 3e-7) << positive[i];
   }
   EXPECT_EQ(run(Function::Cbrt, {0.0f})[0], 0.0f);
+}
+
+PARITY(plain_functions, morvellan::parity::sameBits)
+{
+  std::vector<float> all;
+  const std::vector<float> x = everyExponent();
+  std::vector<float> y;
+  for (int i = 0; i <= 500000; ++i)
+    y.push_back(-140.0f + 280.0f * static_cast<float>(i) / 500000.0f);
+  for (const std::vector<float>& r : {run(Function::PlainLog2, x), run(Function::PlainExp2, y), run(Function::Cbrt, x)})
+    all.insert(all.end(), r.begin(), r.end());
+  return all;
 }
 
 // An exponential magnifies the last bit of its argument by up to 128 ln 2.
