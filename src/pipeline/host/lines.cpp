@@ -19,9 +19,9 @@ namespace cpu_v4
 extern const LineFunctions lines;
 }
 
-const LineFunctions& lineFunctions()
+const LineFunctions& lineFunctions(device::CpuLevel level)
 {
-  switch (device::chosenCpuLevel().level)
+  switch (level)
   {
   case device::CpuLevel::v4:
     return cpu_v4::lines;
@@ -30,6 +30,11 @@ const LineFunctions& lineFunctions()
   default:
     return cpu_v2::lines;
   }
+}
+
+const LineFunctions& lineFunctions()
+{
+  return lineFunctions(device::chosenCpuLevel().level);
 }
 
 }  // namespace morvellan

@@ -5,6 +5,11 @@
 namespace morvellan
 {
 
+namespace device
+{
+enum class CpuLevel;
+}
+
 // Taps of the resampling filter at any scale.
 inline constexpr int filterTaps = 6;
 
@@ -31,6 +36,9 @@ struct LineFunctions
   // curvature over the four nearest. Samples past an edge are held at the edge.
   void (*enhanceRow)(const float* source, const float* frac, const float* curve, int count, float* target);
 };
+
+// The table of a level, which the machine must be able to run.
+const LineFunctions& lineFunctions(device::CpuLevel level);
 
 // The table for this machine, as the choice of the CPU engine has it.
 const LineFunctions& lineFunctions();
