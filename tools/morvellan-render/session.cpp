@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include "errors.h"
+#include "project.h"
 #include "values.h"
 
 namespace morvellan::tool
@@ -310,7 +311,7 @@ void Session::saveProject() const
 {
   if (options_.saveProject)
   {
-    tool::saveProject(*options_.saveProject, *instance_);
+    writeText(*options_.saveProject, formatProject(*instance_));
   }
 }
 

@@ -1,19 +1,16 @@
-// Values from texts and from project files.
+// Values from texts.
 #include "values.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <charconv>
-#include <fstream>
 #include <optional>
 #include <sstream>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include "errors.h"
-#include "picture.h"
 
 namespace morvellan::tool
 {
@@ -139,6 +136,8 @@ ParamValue parseBoolean(const Param& param, const std::string& text)
   throw UsageError(fmt::format("{} takes on or off, not \"{}\"", param.name(), text));
 }
 
+}  // namespace
+
 void requireFit(const Param& param, const ParamValue& value)
 {
   if (const std::string complaint = param.complaintAbout(value); !complaint.empty())
@@ -146,66 +145,6 @@ void requireFit(const Param& param, const ParamValue& value)
     throw UsageError(complaint);
   }
 }
-
-ParamValue fromJson(const Param& param, const nlohmann::json& json)
-{
-  if (json.is_boolean() && param.kind() == ParamKind::Boolean)
-  {
-    return json.get<bool>();
-  }
-  if (json.is_string() && param.facts().family == ValueFamily::String)
-  {
-    return json.get<std::string>();
-  }
-  if (json.is_number())
-  {
-    return json.get<double>();
-  }
-  ParamValue value;
-  if (json.is_array() && json.size() <= value.numbers.size() &&
-      std::all_of(json.begin(), json.end(), [](const auto& item) { return item.is_number(); }))
-  {
-    for (const auto& item : json)
-    {
-      value.numbers[static_cast<std::size_t>(value.count++)] = item.template get<double>();
-    }
-    return value;
-  }
-  throw UsageError(
-      fmt::format("the project's value of {} does not suit a {}: {}", param.name(), param.facts().label, json.dump()));
-}
-
-nlohmann::ordered_json toJson(const Param& param, const ParamValue& value)
-{
-  if (param.kind() == ParamKind::Boolean)
-  {
-    return value.asBool();
-  }
-  const auto number = [&](std::size_t index) -> nlohmann::ordered_json
-  {
-    if (param.facts().family == ValueFamily::Int)
-    {
-      return static_cast<int>(value.numbers[index]);
-    }
-    return value.numbers[index];
-  };
-  if (param.facts().family == ValueFamily::String)
-  {
-    return value.text;
-  }
-  if (value.count == 1)
-  {
-    return number(0);
-  }
-  nlohmann::ordered_json list = nlohmann::ordered_json::array();
-  for (std::size_t i = 0; i < static_cast<std::size_t>(value.count); ++i)
-  {
-    list.push_back(number(i));
-  }
-  return list;
-}
-
-}  // namespace
 
 Param& paramNamed(const host::ParamSet& params, const std::string& name)
 {
@@ -217,6 +156,11 @@ Param& paramNamed(const host::ParamSet& params, const std::string& name)
   std::size_t best = std::max<std::size_t>(2, name.size() / 3) + 1;
   for (const auto& param : params.params())
   {
+    const std::size_t longer = std::max(name.size(), param->name().size());
+    if (longer - std::min(name.size(), param->name().size()) >= best)
+    {
+      continue;  // that many letters are missing at least
+    }
     if (const std::size_t away = distance(lowered(name), lowered(param->name())); away < best)
     {
       best = away;
@@ -253,55 +197,6 @@ ParamValue parseValue(const Param& param, const std::string& text)
   }
   requireFit(param, value);
   return value;
-}
-
-std::map<std::string, ParamValue> loadProject(const std::filesystem::path& file, const host::ParamSet& described)
-{
-  std::error_code failure;
-  if (std::filesystem::is_directory(file, failure))
-  {
-    throw RenderError(fmt::format("the project {} is a folder; give a file's name", file.string()));
-  }
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream)
-  {
-    throw RenderError(fmt::format("the project {} cannot be read; check the name and its permissions", file.string()));
-  }
-  nlohmann::json json;
-  try
-  {
-    json = nlohmann::json::parse(stream);
-  }
-  catch (const nlohmann::json::exception& error)
-  {
-    throw RenderError(fmt::format("the project {} is damaged or no JSON: {}", file.string(), error.what()));
-  }
-  if (!json.is_object() || !json.contains("params") || !json["params"].is_object())
-  {
-    throw RenderError(fmt::format("the project {} lacks its object \"params\"", file.string()));
-  }
-  std::map<std::string, ParamValue> values;
-  for (const auto& [name, content] : json["params"].items())
-  {
-    const Param& param = paramNamed(described, name);
-    const ParamValue value = fromJson(param, content);
-    requireFit(param, value);
-    values.emplace(name, value);
-  }
-  return values;
-}
-
-void saveProject(const std::filesystem::path& file, const host::EffectInstance& instance)
-{
-  nlohmann::ordered_json params = nlohmann::ordered_json::object();
-  for (const auto& param : instance.params().params())
-  {
-    if (param->isPersistent())
-    {
-      params[param->name()] = toJson(*param, param->value());
-    }
-  }
-  writeText(file, nlohmann::ordered_json{{"params", params}}.dump(2) + "\n");
 }
 
 }  // namespace morvellan::tool

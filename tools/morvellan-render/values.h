@@ -1,8 +1,6 @@
-// Parameter values as people and project files write them.
+// Parameter values as people write them.
 #pragma once
 
-#include <filesystem>
-#include <map>
 #include <string>
 
 #include "host/effect.h"
@@ -17,9 +15,7 @@ host::Param& paramNamed(const host::ParamSet& params, const std::string& name);
 // UsageError.
 host::ParamValue parseValue(const host::Param& param, const std::string& text);
 
-// {"params": {NAME: VALUE}}: numbers, booleans, choice indices, [r, g, b], texts. A file that cannot be read is a
-// RenderError; names that do not exist and values that do not fit are UsageErrors.
-std::map<std::string, host::ParamValue> loadProject(const std::filesystem::path& file, const host::ParamSet& described);
-void saveProject(const std::filesystem::path& file, const host::EffectInstance& instance);
+// Throws UsageError where the value does not suit the parameter or leaves its range.
+void requireFit(const host::Param& param, const host::ParamValue& value);
 
 }  // namespace morvellan::tool

@@ -15,6 +15,8 @@ std::optional<std::string> pathOfFileUri(std::string_view uri)
     std::string path;
     for (std::size_t i = start.size() - 1; i < uri.size(); ++i)
     {
+      if (uri[i] == '\0')
+        return std::nullopt;
       if (uri[i] != '%')
       {
         path += uri[i];

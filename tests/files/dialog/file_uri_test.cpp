@@ -21,6 +21,7 @@ TEST(FileUri, OthersHaveNone)
   for (const char* uri : {"", "/a", "http://a/b", "file://host/a", "file:///a%", "file:///a%2", "file:///a%zz",
                           "file:///a%00b", "file:///a%+1"})
     EXPECT_EQ(pathOfFileUri(uri), std::nullopt) << uri;
+  EXPECT_EQ(pathOfFileUri(std::string("file:///a") + '\0' + "b"), std::nullopt);
 }
 
 }  // namespace
