@@ -22,6 +22,7 @@ struct Properties
 {
   std::map<std::string, std::vector<Value>> values;
   std::map<std::string, OfxStatus> refusals;  // the status that a call on that name gets
+  std::vector<std::string> written;           // names, in the order of the calls
 
   OfxPropertySetHandle handle() { return reinterpret_cast<OfxPropertySetHandle>(this); }
 };
@@ -43,6 +44,7 @@ OfxStatus set(OfxPropertySetHandle handle, const char* name, int index, const T&
   Properties& properties = of(handle);
   if (const auto refusal = properties.refusals.find(name); refusal != properties.refusals.end())
     return refusal->second;
+  properties.written.emplace_back(name);
   auto& list = properties.values[name];
   if (index < 0 || static_cast<std::size_t>(index) > list.size())
     return kOfxStatErrBadIndex;

@@ -8,6 +8,7 @@
 #include "entry/local_multi_thread.h"
 #include "entry/plugin_factory.h"
 #include "entry/plugin_list.h"
+#include "ofx/ofxNatron.h"
 #include "tests/entry/fake_host.h"
 #include "tests/entry/log_file.h"
 
@@ -134,6 +135,65 @@ TEST_F(MainEntryTest, HandlesAreCheckedWithTheirTexts)
     EXPECT_NE(text.find(line), std::string::npos) << line;
 }
 
+// Every action with nothing at all, and with all that it does not want: the texts, and whether it ends there.
+TEST_F(MainEntryTest, EveryActionChecksItsHandles)
+{
+  struct Wants
+  {
+    const char* action;
+    bool handle, in, out;
+  };
+  for (const Wants& wants : {Wants{kOfxActionDescribe, true, false, false},
+                             {kOfxImageEffectActionDescribeInContext, true, true, false},
+                             {kOfxActionCreateInstance, true, false, false},
+                             {kOfxActionDestroyInstance, true, false, false},
+                             {kOfxImageEffectActionRender, true, true, false},
+                             {kOfxImageEffectActionIsIdentity, true, true, true},
+                             {kOfxActionInstanceChanged, true, true, false},
+                             {kOfxActionBeginInstanceChanged, true, true, false},
+                             {kOfxActionEndInstanceChanged, true, true, false},
+                             {kOfxImageEffectActionBeginSequenceRender, true, true, false},
+                             {kOfxImageEffectActionEndSequenceRender, true, true, false},
+                             {kOfxImageEffectActionGetRegionOfDefinition, true, true, true},
+                             {kOfxImageEffectActionGetRegionsOfInterest, true, true, true},
+                             {kOfxImageEffectActionGetFramesNeeded, true, true, true},
+                             {kOfxImageEffectActionGetClipPreferences, true, false, true},
+                             {kOfxImageEffectActionGetTimeDomain, true, false, true},
+                             {kOfxActionPurgeCaches, true, false, false},
+                             {kOfxActionSyncPrivateData, true, false, false},
+                             {kOfxActionBeginInstanceEdit, true, false, false},
+                             {kOfxActionEndInstanceEdit, true, false, false},
+                             {kOfxActionUnload, false, false, false},
+                             {kOfxActionLoad, false, false, false}})
+  {
+    const auto lines = [&](const char* handle, const char* in, const char* out)
+    {
+      std::string text;
+      for (const char* line : {handle, in, out})
+        if (line != nullptr)
+          text += fmt::format(fmt::runtime(line), wants.action);
+      return text;
+    };
+    const LogFile log;
+    const OfxStatus status = send(wants.action, nullptr);
+    const bool complete = !wants.handle && !wants.in && !wants.out;
+    EXPECT_EQ(status, complete ? kOfxStatOK : kOfxStatErrBadHandle) << wants.action;
+    EXPECT_NE(log.text().find(lines(wants.handle ? "    ERROR : 'Handle passed to '{}' is null.\n" : nullptr,
+                                    wants.in ? "    ERROR : 'inArgs' handle passed to '{}' is null.\n" : nullptr,
+                                    wants.out ? "    ERROR : 'outArgs' handle passed to '{}' is null.\n" : nullptr)),
+              std::string::npos)
+        << log.text();
+    send(wants.action, effect_.handle(), in_.handle(), out_.handle());
+    EXPECT_NE(
+        log.text().find(lines(wants.handle ? nullptr : "    WARNING : Handle passed to '{}' is not null.\n",
+                              wants.in ? nullptr : "    WARNING : 'inArgs' Handle passed to '{}' is not null.\n",
+                              wants.out ? nullptr : "    WARNING : 'outArgs' Handle passed to '{}' is not null.\n")),
+        std::string::npos)
+        << log.text();
+  }
+  send(kOfxActionDestroyInstance, effect_.handle());
+}
+
 TEST_F(MainEntryTest, ANullInstanceHandleDoesNotReachTheRender)
 {
   ASSERT_EQ(create(), kOfxStatOK);
@@ -232,6 +292,53 @@ TEST_F(MainEntryTest, TheHostRecordLivesFromLoadToUnload)
   EXPECT_TRUE(OFX::hostDescription()->isNatron);
   EXPECT_TRUE(OFX::hostDescription()->supportsDynamicChoices);
   EXPECT_EQ(OFX::hostDescription()->apiVersion, (std::vector<int>{1, 4}));
+}
+
+TEST_F(MainEntryTest, TheHostRecordHoldsWhatTheHostSays)
+{
+  // A host that says nothing more than its name lacks everything and sets no limit.
+  const OFX::HostDescription bare = *OFX::hostDescription();
+  EXPECT_EQ(bare.label, "fr.inria.Natron");
+  EXPECT_TRUE(bare.version.empty());
+  EXPECT_EQ(bare.maxParameters, -1);
+  EXPECT_EQ(bare.maxPages, -1);
+  const std::vector<std::pair<const char*, bool OFX::HostDescription::*>> flags{
+      {kOfxImageEffectHostPropIsBackground, &OFX::HostDescription::isBackground},
+      {kOfxImageEffectPropSupportsOverlays, &OFX::HostDescription::supportsOverlays},
+      {kOfxImageEffectPropSupportsMultiResolution, &OFX::HostDescription::supportsMultiResolution},
+      {kOfxImageEffectPropSupportsTiles, &OFX::HostDescription::supportsTiles},
+      {kOfxImageEffectPropTemporalClipAccess, &OFX::HostDescription::temporalClipAccess},
+      {kOfxImageEffectPropSupportsMultipleClipDepths, &OFX::HostDescription::supportsMultipleClipDepths},
+      {kOfxImageEffectPropSupportsMultipleClipPARs, &OFX::HostDescription::supportsMultipleClipPARs},
+      {kOfxParamHostPropSupportsStringAnimation, &OFX::HostDescription::supportsStringAnimation},
+      {kOfxParamHostPropSupportsCustomInteract, &OFX::HostDescription::supportsCustomInteract},
+      {kOfxParamHostPropSupportsChoiceAnimation, &OFX::HostDescription::supportsChoiceAnimation},
+      {kOfxParamHostPropSupportsBooleanAnimation, &OFX::HostDescription::supportsBooleanAnimation},
+      {kOfxParamHostPropSupportsCustomAnimation, &OFX::HostDescription::supportsCustomAnimation},
+      {kNatronOfxHostIsNatron, &OFX::HostDescription::isNatron},
+      {kNatronOfxParamHostPropSupportsDynamicChoices, &OFX::HostDescription::supportsDynamicChoices}};
+  for (const auto& [property, member] : flags)
+  {
+    EXPECT_FALSE(bare.*member) << property;
+    send(kOfxActionUnload, nullptr);
+    host_.properties.values[property] = {1};
+    ASSERT_EQ(send(kOfxActionLoad, nullptr), kOfxStatOK);
+    EXPECT_TRUE(OFX::hostDescription()->*member) << property;
+    for (const auto& [other, otherMember] : flags)
+    {
+      EXPECT_EQ(OFX::hostDescription()->*otherMember, host_.properties.values.contains(other)) << other;
+    }
+  }
+  send(kOfxActionUnload, nullptr);
+  host_.properties.values[kOfxPropLabel] = {std::string("Natron")};
+  host_.properties.values[kOfxPropVersion] = {2, 5, 0};
+  host_.properties.values[kOfxParamHostPropMaxParameters] = {700};
+  host_.properties.values[kOfxParamHostPropMaxPages] = {3};
+  ASSERT_EQ(send(kOfxActionLoad, nullptr), kOfxStatOK);
+  EXPECT_EQ(OFX::hostDescription()->label, "Natron");
+  EXPECT_EQ(OFX::hostDescription()->version, (std::vector<int>{2, 5, 0}));
+  EXPECT_EQ(OFX::hostDescription()->maxParameters, 700);
+  EXPECT_EQ(OFX::hostDescription()->maxPages, 3);
 }
 
 TEST_F(MainEntryTest, ASecondHostRecordIsAnError)

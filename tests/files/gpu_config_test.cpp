@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace
@@ -208,14 +209,57 @@ TEST_F(GpuConfigFileTest, APipeInItsPlaceDoesNotBlock)
   EXPECT_EQ(content(), defaultText);
 }
 
+// Root reads and writes everything; the file is therefore looked at as another user.
+class AsOwnerOf
+{
+public:
+  explicit AsOwnerOf(const std::string& folder)
+  {
+    if (geteuid() != 0)
+      return;
+    EXPECT_EQ(chown(folder.c_str(), nobody, nobody), 0);
+    EXPECT_EQ(seteuid(nobody), 0);
+    isNobody_ = true;
+  }
+  ~AsOwnerOf()
+  {
+    if (isNobody_)
+    {
+      EXPECT_EQ(seteuid(0), 0);
+    }
+  }
+  AsOwnerOf(const AsOwnerOf&) = delete;
+  AsOwnerOf& operator=(const AsOwnerOf&) = delete;
+
+private:
+  static constexpr uid_t nobody = 65534;
+  bool isNobody_ = false;
+};
+
 TEST_F(GpuConfigFileTest, AnUnreadableFileIsReplaced)
 {
-  if (geteuid() == 0)
-    GTEST_SKIP() << "root reads every file";
   put(formatGpuConfig({2, 6}));
   fs::permissions(file, fs::perms::none);
-  EXPECT_THAT(read().messages, ElementsAre(firstTime()));
+  const AsOwnerOf owner(folder);
+  const GpuConfigFile::Reading reading = read();
+  EXPECT_EQ(reading.values, GpuConfig{});
+  EXPECT_THAT(reading.messages, ElementsAre(firstTime()));
   EXPECT_EQ(content(), defaultText);
+}
+
+TEST_F(GpuConfigFileTest, AFolderThatMayNotBeWrittenLeavesTheFile)
+{
+  put("rubbish");
+  const AsOwnerOf owner(folder);
+  fs::permissions(folder, fs::perms{0500});
+  const GpuConfigFile::Reading reading = read();
+  EXPECT_EQ(reading.values, GpuConfig{});
+  EXPECT_THAT(reading.messages, ElementsAre(selectionMissing(), unableToCreate()));
+  EXPECT_EQ(content(), "rubbish");
+  EXPECT_EQ(entriesOfFolder(), 1);
+  EXPECT_NE(GpuConfigFile(folder).saveSelection({}), std::nullopt);
+  EXPECT_EQ(content(), "rubbish");
+  fs::permissions(folder, fs::perms::owner_all);
 }
 
 TEST_F(GpuConfigFileTest, AFolderThatCannotBeMade)
@@ -282,6 +326,33 @@ TEST_F(GpuConfigFileTest, WritersAtTheSameTimeLeaveOneWholeFile)
           }
         });
   }
+  EXPECT_EQ(entriesOfFolder(), 1);
+}
+
+TEST_F(GpuConfigFileTest, TwoProcessesAtTheSameTimeLeaveOneWholeFile)
+{
+  const GpuConfigFile config(folder);
+  ASSERT_EQ(config.saveSelection({.gpuSelection = 0, .grainDepth = 4}), std::nullopt);
+  const auto writeManyTimes = [&config](int writer)
+  {
+    for (int i = 0; i < 200; ++i)
+      if (config.saveSelection({.gpuSelection = writer, .grainDepth = writer + 4}))
+        return false;
+    return true;
+  };
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0)
+    _exit(writeManyTimes(1) ? 0 : 1);
+  int status = -1;
+  while (waitpid(child, &status, WNOHANG) == 0)
+  {
+    EXPECT_EQ(config.saveSelection({.gpuSelection = 2, .grainDepth = 6}), std::nullopt);
+    const GpuConfigFile::Reading reading = read();
+    EXPECT_THAT(reading.messages, IsEmpty());
+    EXPECT_EQ(reading.values.grainDepth, reading.values.gpuSelection + 4);
+  }
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
   EXPECT_EQ(entriesOfFolder(), 1);
 }
 

@@ -28,7 +28,7 @@ struct InventedGpu
   bool utilisationFails = false;
 };
 
-class InventedMachine final : public GpuPlatform
+class InventedMachine : public GpuPlatform
 {
 public:
   bool cudaInBuild = true;

@@ -9,7 +9,6 @@ namespace
 {
 
 using host::EffectInstance;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -57,16 +56,6 @@ protected:
   static bool shown(const EffectInstance& effect, const char* name)
   {
     return !effect.params().at(name).isSecret() && effect.params().at(name).isEnabled();
-  }
-
-  // The index of the resolution option whose label begins so.
-  static int optionOf(const EffectInstance& effect, const std::string& start)
-  {
-    const std::vector<std::string> options = effect.params().at("InResolution").options();
-    for (std::size_t i = 0; i < options.size(); ++i)
-      if (options[i].starts_with(start))
-        return static_cast<int>(i);
-    return -1;
   }
 };
 
@@ -152,7 +141,6 @@ TEST_F(Clips, AStoredMarkSkipsOneFit)
 
 TEST_F(Clips, TheClipsPassComparesThePixelAspectAndTheProjectsDoesNot)
 {
-  // A preset that only an anamorphic pixel fits, if the list has one of a size of its own.
   EffectInstance& effect = made({1920.0, 1080.0});
   const auto firstChoice = [&](double aspect)
   {
@@ -165,6 +153,66 @@ TEST_F(Clips, TheClipsPassComparesThePixelAspectAndTheProjectsDoesNot)
   EXPECT_GE(firstChoice(0.0), 2);
   EXPECT_GE(firstChoice(1.005), 2);
   EXPECT_EQ(firstChoice(1.5), 1);
+}
+
+// The sizes and pixel aspects of the presets, by their index in both choices.
+struct Preset
+{
+  int index;
+  double width, height, aspect;
+  int bySize;  // the first preset of that size, whatever its pixels
+};
+
+constexpr std::array<Preset, 33> presets{
+    Preset{2, 2048, 1080, 1.0, 2},    {3, 1998, 1080, 1.0, 3},   {4, 2048, 858, 1.0, 4},     {5, 4096, 2160, 1.0, 5},
+    Preset{6, 3996, 2160, 1.0, 6},    {7, 4096, 1716, 1.0, 7},   {8, 1828, 1332, 1.0, 8},    {9, 1828, 1556, 2.0, 9},
+    Preset{10, 3656, 2664, 1.0, 10},  {11, 3656, 3112, 2.0, 11}, {12, 2048, 1556, 1.0, 12},  {13, 4096, 3112, 1.0, 13},
+    Preset{14, 2048, 1152, 1.0, 14},  {15, 4096, 2304, 1.0, 15}, {16, 2048, 1024, 1.0, 16},  {17, 4096, 2048, 1.0, 17},
+    Preset{18, 1920, 1080, 1.0, 18},  {19, 3840, 2160, 1.0, 19}, {20, 7680, 4320, 1.0, 20},  {21, 1440, 1080, 1.0, 21},
+    Preset{22, 1280, 1080, 1.0, 22},  {23, 1280, 720, 1.0, 23},  {24, 960, 720, 1.0, 24},    {25, 720, 486, 0.9, 25},
+    Preset{26, 720, 540, 1.0, 26},    {27, 720, 486, 1.2, 25},   {28, 720, 576, 1.0667, 28}, {29, 768, 576, 1.0, 29},
+    Preset{30, 720, 576, 1.4223, 28}, {31, 648, 486, 1.0, 31},   {32, 640, 480, 1.0, 32},    {33, 720, 480, 1.0, 33},
+    Preset{34, 352, 240, 1.0, 34}};
+
+TEST_F(Clips, EveryPresetIsFoundByTheClipAndByTheProject)
+{
+  EffectInstance& effect = made({1234.0, 567.0});
+  const auto firstChoice = [&]
+  {
+    host_.clearLog();
+    EXPECT_EQ(effect.clipChanged("Source", kOfxChangeUserEdited), kOfxStatOK);
+    return host_.writes().front().after.asInt();
+  };
+  for (const Preset& preset : presets)
+  {
+    // The integer part of the region counts, and a pixel aspect within a hundredth.
+    for (const double off : {-0.009, 0.0, 0.009})
+    {
+      setClip(effect, preset.width + 0.9, preset.height + 0.9, preset.aspect + off);
+      EXPECT_EQ(firstChoice(), preset.index) << preset.index << ' ' << off;
+    }
+    setClip(effect, preset.width, preset.height, preset.aspect + 0.02);
+    EXPECT_EQ(firstChoice(), 1) << preset.index;
+    EXPECT_EQ(effect.value("InResolution").asInt(), 1);
+
+    effect.setProjectSize({preset.width, preset.height});
+    firstChoice();
+    EXPECT_EQ(effect.value("InResolution").asInt(), preset.bySize) << preset.index;
+    EXPECT_EQ(effect.value("OutResolution").asInt(), preset.bySize) << preset.index;
+    EXPECT_FALSE(sizesShown(effect));
+    EXPECT_FALSE(shown(effect, "SpatialEnhancement"));
+    effect.setProjectSize({1234.0, 567.0});
+  }
+}
+
+TEST_F(Clips, TheLastPresetIsNotLookedAt)
+{
+  EffectInstance& effect = made({320.0, 240.0});
+  setClip(effect, 320.0, 240.0);
+  effect.clipChanged("Source", kOfxChangeUserEdited);
+  EXPECT_EQ(host_.writes().front().after.asInt(), 1);
+  EXPECT_THAT(fitted(effect), ElementsAre(1, 1, 320, 240, 320, 240));
+  EXPECT_TRUE(sizesShown(effect));
 }
 
 TEST_F(Clips, ReconnectingOverwritesTheUsersSizes)

@@ -1,6 +1,8 @@
 // The plug-in and its devices: the configuration file in every state, the selection, edits of the Manage page, and the
 // three reports, through the interface of a host.
 #include <gmock/gmock.h>
+#include <sys/inotify.h>
+#include <unistd.h>
 
 #include "tests/plugin/plugin_host.h"
 
@@ -97,6 +99,79 @@ TEST(ConfigurationFile, AFolderInItsPlace)
                               "/'. Check file and folder permissions."));
 }
 
+// Counts how often a file is opened while it lives.
+class OpenCount
+{
+public:
+  explicit OpenCount(const std::filesystem::path& file) : events_(inotify_init1(IN_NONBLOCK))
+  {
+    EXPECT_GE(inotify_add_watch(events_, file.c_str(), IN_OPEN), 0);
+  }
+  ~OpenCount() { close(events_); }
+  OpenCount(const OpenCount&) = delete;
+  OpenCount& operator=(const OpenCount&) = delete;
+
+  // Openings since the last call. Events of a file carry no name, so all are of one size.
+  int take()
+  {
+    int count = 0;
+    std::array<inotify_event, 64> events{};
+    for (ssize_t bytes = 0; (bytes = read(events_, events.data(), sizeof(events))) > 0;)
+      for (std::size_t i = 0; i < static_cast<std::size_t>(bytes) / sizeof(inotify_event); ++i)
+        count += (events[i].mask & IN_OPEN) != 0 ? 1 : 0;
+    return count;
+  }
+
+private:
+  int events_;
+};
+
+TEST(ConfigurationFile, IsOpenedOnceAConstruction)
+{
+  for (const std::string& content : {ConfigFolder::text(1, 2), std::string("rubbish"), std::string(10'000'000, '\0')})
+  {
+    const ConfigFolder folder(content);
+    StrictHost host(MORVELLAN_BUNDLE, pluginOptions(folder, "cpu:2"));
+    EffectInstance& effect = host.prepare();
+    OpenCount opened(folder.file());
+    EXPECT_EQ(effect.create(), kOfxStatOK);
+    EXPECT_EQ(opened.take(), 1);
+  }
+}
+
+// Root reads everything; another user's eyes see the file as it is.
+class AsNobody
+{
+public:
+  AsNobody() { EXPECT_EQ(seteuid(65534), 0); }
+  ~AsNobody() { EXPECT_EQ(seteuid(0), 0); }
+  AsNobody(const AsNobody&) = delete;
+  AsNobody& operator=(const AsNobody&) = delete;
+};
+
+TEST(ConfigurationFile, ThatMayNotBeReadOrWritten)
+{
+  const ConfigFolder folder(ConfigFolder::text(1, 2));
+  StrictHost host(MORVELLAN_BUNDLE, pluginOptions(folder, "cpu:2"));
+  std::filesystem::permissions(folder.file(), std::filesystem::perms::none);
+  std::filesystem::permissions(folder.path(), std::filesystem::perms{0555});
+  {
+    const std::optional<AsNobody> nobody = geteuid() == 0 ? std::optional<AsNobody>(std::in_place) : std::nullopt;
+    EffectInstance& effect = host.create();
+    EXPECT_EQ(effect.value("GrainDepth").asInt(), 3);
+    EXPECT_EQ(effect.value("NatronGPU").asInt(), 0);
+    EXPECT_THAT(textsOf(host.persistentMessages()),
+                ElementsAre("Morvellan : For very first-time use of Morvellan, disregard this message : Unable to open "
+                            "Morvellan's GPU config file - '" +
+                                folder.file().string() + "'. Morvellan will use Natron's Primary GPU.",
+                            "Morvellan : Unable to create morvellan_natron_gpu_config.txt in '" +
+                                folder.path().string() + "/'. Check file and folder permissions."));
+  }
+  std::filesystem::permissions(folder.path(), std::filesystem::perms::owner_all);
+  std::filesystem::permissions(folder.file(), std::filesystem::perms{0600});
+  EXPECT_EQ(folder.content(), ConfigFolder::text(1, 2));
+}
+
 TEST(Selection, EveryRevertIsToldAndStored)
 {
   for (int devices = 1; devices <= 3; ++devices)
@@ -178,11 +253,37 @@ TEST(Reports, CudaInfo)
 TEST(Reports, ClipInfo)
 {
   Machine machine("cpu", ConfigFolder::text(0, 0));
-  const std::string text = machine.report("ClipInfo");
-  EXPECT_THAT(text, StartsWith("Morvellan Clip Info :\n\nInput : \n    RGBA - 32f BitDepthFloat\n"));
-  EXPECT_THAT(text, AllOf(HasSubstr("\n    Node input : Connected\n"), HasSubstr("\n\nOutput : \n    RGBA - 32f"),
-                          HasSubstr("\n    Resolution : 0, 0, 1920, 1080\n"), HasSubstr("\n    Frame rate : 24\n"),
-                          HasSubstr("\n    Render Scale : 1, 1")));
+  host::Clip& source = machine.effect.clip("Source");
+  source.properties().put(kOfxImageEffectPropPreMultiplication, std::string(kOfxImageUnPreMultiplied));
+  source.setPixelAspect(1.0667);
+  source.setFrameRange(1.0, 48.0);
+  source.setPixelFrame({0, 0, 720, 576});
+  source.regionOfDefinition = OfxRectD{-1.5, 0.0, 768.0, 576.0};
+  machine.effect.setRenderScale({0.5, 0.25});
+  EXPECT_EQ(machine.report("ClipInfo"), "Morvellan Clip Info :\n\n"
+                                        "Input : \n"
+                                        "    RGBA - 32f BitDepthFloat\n"
+                                        "    Premultiplication : UnPreMultiplied\n"
+                                        "    Field order : None\n"
+                                        "    Node input : Connected\n"
+                                        "    Discontinuous samples\n"
+                                        "    Resolution : 0, 0, 720, 576\n"
+                                        "    Pixel aspect ratio : 1.0667\n"
+                                        "    Frame rate : 24\n"
+                                        "    Frame range : 1 ... 48\n"
+                                        "    Region of definition : -1.5, 0, 768, 576\n\n"
+                                        "Output : \n"
+                                        "    RGBA - 32f BitDepthFloat\n"
+                                        "    Premultiplication : PreMultiplied\n"
+                                        "    Field order : None\n"
+                                        "    Node output : Connected\n"
+                                        "    Discontinuous samples\n"
+                                        "    Resolution : 0, 0, 1920, 1080\n"
+                                        "    Pixel aspect ratio : 1\n"
+                                        "    Frame rate : 24\n"
+                                        "    Frame range : 0 ... 0\n"
+                                        "    Region of definition : 0, 0, 1920, 1080\n\n"
+                                        "    Render Scale : 0.5, 0.25");
 }
 
 TEST(Reports, ClipInfoOfAnUnconnectedSource)
