@@ -59,6 +59,35 @@ TEST_F(EffectTest, ExposureDoublesAtEveryLevel)
   }
 }
 
+// Values on both sides of the limits, and what is no number; on linear input of kind 1 they are doubled and held.
+TEST_F(EffectTest, ExposureHoldsItsResultAtEveryLevel)
+{
+  const std::vector<float> levels{-INFINITY, -1e30F,   -1.0F,   -0.0F,  0.0F,    1e-38F,  1e-6F, 0.18F,
+                                  1.0F,      100.3F,   234.89F, 234.9F, 235.0F,  470.0F,  1e6F,  1e38F,
+                                  3e38F,     INFINITY, NAN,     0.5F,   234.91F, 65504.0F};
+  TestPicture picture{OIIO::ImageSpec(static_cast<int>(levels.size()), 2, 3, OIIO::TypeDesc::FLOAT), {}};
+  for (int i = 0; i < 2; ++i)
+    for (const float level : levels)
+      picture.values.insert(picture.values.end(), {level, level, level});
+  save(path("levels.exr"), picture);
+  for (const char* const level : {"v2", "v3", "v4"})
+  {
+    setting_.environment["MORVELLAN_CPU_LEVEL"] = level;
+    const ToolRun run = runTool(
+        {path("levels.exr"), "-o", path("out.exr"), "--set", "Exposure=0.1", "--depth", "float", "--device", "cpu"},
+        setting_);
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    const TestPicture result = load(path("out.exr"));
+    ASSERT_EQ(result.values.size(), picture.values.size());
+    for (std::size_t i = 0; i < result.values.size(); ++i)
+    {
+      const float value = picture.values[i];
+      const float expected = std::isnan(value) ? 0.0F : std::clamp(value * 2.0F, 0.0F, greatestValue);
+      EXPECT_LE(std::abs(result.values[i] - expected), 1e-6F * std::max(expected, 1.0F)) << level << ": " << value;
+    }
+  }
+}
+
 TEST_F(EffectTest, AHostWithoutAGpuGetsItsSourceAndTheReason)
 {
   const TestPicture result = render({"--set", "Exposure=0.1", "--device", "host"});

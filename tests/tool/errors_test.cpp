@@ -236,6 +236,64 @@ TEST_F(FailureTest, AnInterruptLeavesWholeFramesOnly)
   EXPECT_EQ(load(path(left.back())).values.size(), 64U * 64U * 4U);
 }
 
+TEST_F(FailureTest, AFullDiskLeavesTheOldOutput)
+{
+  // Noise, so that no compression makes a picture small.
+  TestPicture noise = ramp(200, 100, 3, TypeDesc::FLOAT);
+  for (std::size_t i = 0; i < noise.values.size(); ++i)
+  {
+    noise.values[i] = static_cast<float>((i * 2654435761U) >> 8 & 0xffff) / 65535.0F;
+  }
+  save(path("noise.exr"), noise);
+  for (const std::string format : {"exr", "dpx", "tif", "png", "jpg"})
+  {
+    const std::string out = "out." + format;
+    writeFile(out, "the old picture");
+    const std::vector<std::string> before = files();
+    const ToolRun run = runTool({path("noise.exr"), "-o", path(out), "--device", "cpu", "--quiet", "--set", "Gain=2"},
+                                {.largestFile = 5000});
+    EXPECT_EQ(run.exitCode, 1) << out;
+    EXPECT_THAT(run.err, HasSubstr(out + " cannot be written")) << out;
+    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+    EXPECT_TRUE(readFile(out) == "the old picture") << out;
+    EXPECT_EQ(files(), before) << out;
+  }
+}
+
+TEST_F(FailureTest, AFullDiskLeavesNoHalfProject)
+{
+  writeFile("project.json", "the old project");
+  const ToolRun run =
+      runTool({"--device", "cpu", "--quiet", "--save-project", path("project.json")}, {.largestFile = 10});
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_THAT(run.err, HasSubstr("project.json cannot be written"));
+  EXPECT_EQ(readFile("project.json"), "the old project");
+  EXPECT_THAT(files(), ElementsAre("in.exr", "project.json"));
+}
+
+TEST_F(FailureTest, WhatAUserMayNotReadOrWriteIsNamed)
+{
+  const ToolSetting nobody{.asNobody = true};
+  if (runTool({"--version"}, nobody).exitCode != 0)
+  {
+    GTEST_SKIP() << "another user cannot run the tool from here";
+  }
+  std::filesystem::permissions(folder_, std::filesystem::perms{0555});
+  const auto says = [&](const std::string& input, const std::string& output)
+  {
+    const ToolRun run = runTool({"--quiet", path(input), "-o", path(output), "--device", "cpu"}, nobody);
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+    return run.err;
+  };
+  EXPECT_THAT(says("in.exr", "out.exr"), HasSubstr("the output folder " + folder_.string() + " cannot be written"));
+  EXPECT_THAT(says("in.exr", "new/out.exr"), HasSubstr("the output folder " + path("new") + " cannot be written"));
+  std::filesystem::permissions(folder_, std::filesystem::perms{0777});
+  std::filesystem::permissions(path("in.exr"), std::filesystem::perms::none);
+  EXPECT_THAT(says("in.exr", "out.exr"), HasSubstr("in.exr cannot be read as a picture"));
+  EXPECT_THAT(files(), ElementsAre("in.exr"));
+}
+
 TEST_F(FailureTest, AFileThatIsNoPluginIsNamed)
 {
   const ToolRun run = runTool({"--list-params"}, {.bundle = std::string(MORVELLAN_SOURCE_DIR) + "/CMakeLists.txt"});

@@ -324,6 +324,7 @@ TEST_F(RenderTest, DrawsABarOnATerminal)
   EXPECT_EQ(run.exitCode, 0);
   EXPECT_THAT(run.err, HasSubstr("[##############################] 4/4"));
   EXPECT_THAT(run.err, HasSubstr("frames/s"));
+  EXPECT_THAT(run.err, testing::ContainsRegex("2/4  [0-9.]+ frames/s  [0-9]+:[0-9][0-9] left"));
   EXPECT_THAT(run.err, HasSubstr("4 of 4 frames in "));
   EXPECT_THAT(runTool(still).err, Not(HasSubstr("[###")));
 }

@@ -15,6 +15,7 @@
 #include <thread>
 #include <vector>
 
+#include <grp.h>
 #include <pty.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -40,6 +41,8 @@ struct ToolSetting
   std::map<std::string, std::string> environment = {};
   bool terminal = false;                  // standard error is a terminal; out and err then come as one
   std::string interruptOnceThereIs = {};  // a file
+  rlim_t largestFile = RLIM_INFINITY;     // bytes; a write beyond them fails as on a full disk
+  bool asNobody = false;                  // as a user whom nothing belongs to, where the tests run as root
 };
 
 inline void drain(int pipe, std::string& text)
@@ -61,6 +64,20 @@ inline void drain(int pipe, std::string& text)
   for (const auto& [name, value] : setting.environment)
   {
     setenv(name.c_str(), value.c_str(), 1);
+  }
+  if (setting.largestFile != RLIM_INFINITY)
+  {
+    const rlimit limit{setting.largestFile, setting.largestFile};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    signal(SIGXFSZ, SIG_IGN);
+  }
+  if (setting.asNobody && geteuid() == 0)
+  {
+    constexpr uid_t nobody = 65534;
+    if (setgroups(0, nullptr) != 0 || setgid(nobody) != 0 || setuid(nobody) != 0)
+    {
+      _exit(126);
+    }
   }
   std::vector<std::string> words{MORVELLAN_RENDER_TOOL, "--bundle", setting.bundle};
   words.insert(words.end(), arguments.begin(), arguments.end());

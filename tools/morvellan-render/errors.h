@@ -2,6 +2,7 @@
 #pragma once
 
 #include <stdexcept>
+#include <string>
 
 namespace morvellan::tool
 {
@@ -22,5 +23,12 @@ class RenderError : public std::runtime_error
 public:
   using std::runtime_error::runtime_error;
 };
+
+// ": " and the first line of a library's reasons, where it gave any.
+inline std::string because(const std::string& reasons)
+{
+  const std::string first = reasons.substr(0, reasons.find('\n'));
+  return first.empty() ? "" : ": " + first;
+}
 
 }  // namespace morvellan::tool
