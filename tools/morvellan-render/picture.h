@@ -26,9 +26,9 @@ std::optional<OutputDepth> outputDepthOf(const std::string& name);
 
 struct Picture
 {
-  host::Frame frame;     // float, RGB or RGBA, bottom row first, from (0, 0)
-  OIIO::ImageSpec spec;  // as the file has it: windows, metadata, stored type
-  std::string format;    // OpenImageIO's name of the file's format
+  host::Frame frame;       // float, RGB or RGBA, bottom row first, from (0, 0)
+  OIIO::ImageSpec header;  // as the file has it: windows, metadata, stored type
+  std::string format;      // OpenImageIO's name of the file's format
 };
 
 // The whole first picture of a file. `components` nothing: RGBA where the file has an alpha, else RGB. One channel

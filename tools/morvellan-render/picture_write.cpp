@@ -133,15 +133,15 @@ std::vector<unsigned char> packed(const Frame& frame, int channels, const DepthF
 }
 
 // A frame rate stands under another name in DPX than elsewhere.
-void carryFrameRate(ImageSpec& spec, std::string_view format)
+void carryFrameRate(ImageSpec& header, std::string_view format)
 {
   std::array<int, 2> ratio{};
-  if (format == "dpx" && spec.getattribute("FramesPerSecond", OIIO::TypeRational, ratio.data()) && ratio[1] != 0)
+  if (format == "dpx" && header.getattribute("FramesPerSecond", OIIO::TypeRational, ratio.data()) && ratio[1] != 0)
   {
-    spec.attribute("dpx:FrameRate", static_cast<float>(ratio[0]) / static_cast<float>(ratio[1]));
+    header.attribute("dpx:FrameRate", static_cast<float>(ratio[0]) / static_cast<float>(ratio[1]));
   }
-  const float rate = spec.get_float_attribute("dpx:FrameRate", spec.get_float_attribute("dpx:TemporalFrameRate"));
-  if (format == "openexr" && spec.find_attribute("FramesPerSecond") == nullptr && std::isfinite(rate) && rate > 0.0F)
+  const float rate = header.get_float_attribute("dpx:FrameRate", header.get_float_attribute("dpx:TemporalFrameRate"));
+  if (format == "openexr" && header.find_attribute("FramesPerSecond") == nullptr && std::isfinite(rate) && rate > 0.0F)
   {
     // Rates just below a whole number are that number by 1000/1001.
     const auto whole = static_cast<int>(std::lround(rate));
@@ -149,11 +149,11 @@ void carryFrameRate(ImageSpec& spec, std::string_view format)
     const int thousandths = static_cast<int>(std::lround(rate * 1000.0F));
     const int shared = std::gcd(thousandths, 1000);
     ratio = pulled ? std::array{whole * 1000, 1001} : std::array{thousandths / shared, 1000 / shared};
-    spec.attribute("FramesPerSecond", OIIO::TypeRational, ratio.data());
+    header.attribute("FramesPerSecond", OIIO::TypeRational, ratio.data());
   }
 }
 
-void dropForeignTags(ImageSpec& spec, const Picture& origin, std::string_view format)
+void dropForeignTags(ImageSpec& header, const Picture& origin, std::string_view format)
 {
   // What describes the input's storage and not its content.
   for (const char* const storage :
@@ -161,51 +161,51 @@ void dropForeignTags(ImageSpec& spec, const Picture& origin, std::string_view fo
         "tiff:PhotometricInterpretation", "tiff:PlanarConfiguration", "tiff:RowsPerStrip", "openexr:levelmode",
         "openexr:lineOrder", "openexr:dwaCompressionLevel", "jpeg:subsampling"})
   {
-    spec.erase_attribute(storage);
+    header.erase_attribute(storage);
   }
   if (origin.format != format)
   {
     // The same names mean other things in other formats, and a tag of the encoding would alter how values are shown.
     for (const char* const tag : {"compression", "CompressionQuality", "oiio:ColorSpace", "oiio:Gamma"})
     {
-      spec.erase_attribute(tag);
+      header.erase_attribute(tag);
     }
   }
   if (format == "openexr" || format == "dpx")
   {
-    spec.erase_attribute("ICCProfile");  // neither format holds one
+    header.erase_attribute("ICCProfile");  // neither format holds one
   }
 }
 
 ImageSpec outputSpec(const Frame& frame, const Picture& origin, const FormatFacts& format, int channels,
                      const DepthFacts& depth)
 {
-  ImageSpec spec(frame.width(), frame.height(), channels, depth.type);
-  spec.x = origin.spec.x;
-  spec.y = origin.spec.y;
-  spec.full_x = origin.spec.full_x;
-  spec.full_y = origin.spec.full_y;
-  spec.full_width = origin.spec.full_width;
-  spec.full_height = origin.spec.full_height;
-  spec.extra_attribs = origin.spec.extra_attribs;
-  dropForeignTags(spec, origin, format.name);
-  carryFrameRate(spec, format.name);
+  ImageSpec header(frame.width(), frame.height(), channels, depth.type);
+  header.x = origin.header.x;
+  header.y = origin.header.y;
+  header.full_x = origin.header.full_x;
+  header.full_y = origin.header.full_y;
+  header.full_width = origin.header.full_width;
+  header.full_height = origin.header.full_height;
+  header.extra_attribs = origin.header.extra_attribs;
+  dropForeignTags(header, origin, format.name);
+  carryFrameRate(header, format.name);
   if (std::string_view(format.name) == "openexr")
   {
     // A lossy compression of the input would change values again.
-    const std::string_view kept = spec.get_string_attribute("compression");
+    const std::string_view kept = header.get_string_attribute("compression");
     const bool lossless = kept == "none" || kept == "rle" || kept == "zip" || kept == "zips" || kept == "piz";
-    spec.attribute("compression", lossless ? std::string(kept) : std::string("zip"));
+    header.attribute("compression", lossless ? std::string(kept) : std::string("zip"));
   }
   if (depth.bits == 10)
   {
-    spec.attribute("oiio:BitsPerSample", 10);
+    header.attribute("oiio:BitsPerSample", 10);
   }
   if (channels == 4 && std::string_view(format.name) == "png")
   {
-    spec.attribute("oiio:UnassociatedAlpha", 1);
+    header.attribute("oiio:UnassociatedAlpha", 1);
   }
-  return spec;
+  return header;
 }
 
 // Puts these bytes in the file's place, or leaves what is there. They go beside it first, under a name of their own.
@@ -307,9 +307,9 @@ void writePicture(const std::filesystem::path& file, const Frame& frame, const P
                   std::optional<OutputDepth> depth)
 {
   const OutputFormat format = outputFormatOf(file);
-  const DepthFacts& facts = factsOf(format.depthFor(depth, origin.spec));
+  const DepthFacts& facts = factsOf(format.depthFor(depth, origin.header));
   const int channels = format.alpha ? host::countOf(frame.layout().components) : 3;
-  const ImageSpec spec = outputSpec(frame, origin, formatNamed(format.name), channels, facts);
+  const ImageSpec header = outputSpec(frame, origin, formatNamed(format.name), channels, facts);
   std::vector<unsigned char> encoded;
   OIIO::Filesystem::IOVecOutput memory(encoded);
   auto output = OIIO::ImageOutput::create(format.name);
@@ -320,7 +320,7 @@ void writePicture(const std::filesystem::path& file, const Frame& frame, const P
     fail(OIIO::geterror());
   }
   output->set_ioproxy(&memory);
-  if (!output->open(file.string(), spec))
+  if (!output->open(file.string(), header))
   {
     fail(output->geterror());
   }

@@ -17,10 +17,10 @@ namespace morvellan::tool
 namespace
 {
 
-double frameRateOf(const OIIO::ImageSpec& spec)
+double frameRateOf(const OIIO::ImageSpec& header)
 {
   std::array<int, 2> ratio{};
-  if (spec.getattribute("FramesPerSecond", OIIO::TypeRational, ratio.data()) && ratio[1] != 0)
+  if (header.getattribute("FramesPerSecond", OIIO::TypeRational, ratio.data()) && ratio[1] != 0)
   {
     return static_cast<double>(ratio[0]) / ratio[1];
   }
@@ -114,9 +114,10 @@ void Session::createInstance(const std::vector<FrameJob>& jobs)
   if (!jobs.empty())
   {
     first = read(jobs.front());
-    settings.projectSize = {static_cast<double>(first->spec.full_width), static_cast<double>(first->spec.full_height)};
-    settings.pixelAspect = first->spec.get_float_attribute("PixelAspectRatio", 1.0F);
-    settings.frameRate = frameRateOf(first->spec);
+    settings.projectSize = {static_cast<double>(first->header.full_width),
+                            static_cast<double>(first->header.full_height)};
+    settings.pixelAspect = first->header.get_float_attribute("PixelAspectRatio", 1.0F);
+    settings.frameRate = frameRateOf(first->header);
     settings.components = first->frame.layout().components;
     const auto [least, most] =
         std::minmax_element(jobs.begin(), jobs.end(), [](const auto& a, const auto& b) { return a.time < b.time; });
