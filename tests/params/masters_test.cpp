@@ -173,6 +173,38 @@ TEST(Masters, EveryRowFollowsItsChannelsAndMovesThem)
   }
 }
 
+// For every row of the table, from its limits alone: the first channel stands a tenth of the span off a limit, the
+// others in the middle, and the master moves by a fifth of the span towards the limit. What the first overshoots, a
+// tenth, goes to each other by half, whether there is one, two or five of them.
+TEST(Masters, EveryRowCarriesWhatAChannelOvershoots)
+{
+  for (const Master& row : masters())
+  {
+    const double span = row.hi - row.lo;
+    const double others = static_cast<double>(row.channels.size() - 1);
+    for (const double sign : {1.0, -1.0})
+    {
+      const double limit = sign > 0.0 ? row.hi : row.lo;
+      const double middle = row.lo + span / 2.0;
+      // These sliders stop short of the lower limit of the carry.
+      if (limit - sign * span / 10.0 < at(row.channels[0]).range->min)
+        continue;
+      TestPage params;
+      params.put(row.channels[0], limit - sign * span / 10.0);
+      for (std::size_t i = 1; i < row.channels.size(); ++i)
+        params.put(row.channels[i], middle);
+      const double mean = (limit - sign * span / 10.0 + middle * others) / (others + 1.0);
+      params.edit(row.name, mean + sign * span / 5.0);
+      EXPECT_NEAR(params[row.channels[0]], limit, 1e-12) << row.name;
+      for (std::size_t i = 1; i < row.channels.size(); ++i)
+        EXPECT_NEAR(params[row.channels[i]], middle + sign * span * 0.25, 1e-12) << row.channels[i];
+      const double carried = (limit + (middle + sign * span * 0.25) * others) / (others + 1.0);
+      const double expected = row.swatch.empty() ? mean + sign * span / 5.0 : carried;
+      EXPECT_NEAR(params[row.name], expected, 1e-12) << row.name;
+    }
+  }
+}
+
 TEST(Masters, OnlyToneMastersAreRewrittenAfterTheirOwnChange)
 {
   TestPage params;

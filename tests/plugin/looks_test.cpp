@@ -139,6 +139,45 @@ TEST_F(Looks, CancellingDoesNothing)
   EXPECT_FALSE(fs::exists(data_ / "morvellan" / "looks" / "Default.prm"));
 }
 
+// The dialog of a person, played by a program of the test's own that writes down what it was asked.
+TEST_F(Looks, APersonIsAskedInTheFolderOfLooks)
+{
+  const fs::path programs = folder_.path() / "programs";
+  fs::create_directory(programs);
+  const auto answer = [&](const std::string& body)
+  {
+    std::ofstream(programs / "zenity") << "#!/bin/sh\nprintf '%s\\n' \"$@\" > \"" << programs.string() << "/words\"\n"
+                                       << body;
+    fs::permissions(programs / "zenity", fs::perms::owner_all);
+  };
+  const std::string before = std::getenv("PATH");
+  const std::string start = "--filename=" + (data_ / "morvellan" / "looks").string() + "/";
+  EffectInstance& effect = made({{"Exposure", 0.25}});
+  setenv("PATH", programs.c_str(), 1);
+
+  answer("echo '" + file("mine.prm") + "'\n");
+  EXPECT_THAT(press(effect, "SaveLooks", ""), IsEmpty());
+  EXPECT_THAT(lines(programs / "words"),
+              ElementsAre("--file-selection", start + "Default.prm", "--file-filter=Morvellan Look file | *.prm",
+                          "--save", "--confirm-overwrite"));
+  ASSERT_EQ(lines(file("mine.prm")).size(), 372u);
+  effect.edit("Exposure", 0.5);
+  EXPECT_THAT(press(effect, "LoadLooks", ""), IsEmpty());
+  EXPECT_THAT(lines(programs / "words"),
+              ElementsAre("--file-selection", start, "--file-filter=Morvellan Look file | *.prm"));
+  EXPECT_EQ(effect.value("Exposure").asDouble(), 0.25);
+
+  answer("exit 1\n");
+  EXPECT_THAT(press(effect, "LoadLooks", ""), IsEmpty()) << "cancelled";
+  answer("exit 5\n");
+  EXPECT_THAT(press(effect, "SaveLooks", ""),
+              ElementsAre(HasSubstr("Morvellan : Unable to save Look files. Check folder permissions")));
+  fs::remove(programs / "zenity");
+  EXPECT_THAT(press(effect, "LoadLooks", ""), ElementsAre(HasSubstr("install xdg-desktop-portal")));
+  EXPECT_EQ(effect.value("Exposure").asDouble(), 0.25);
+  setenv("PATH", before.c_str(), 1);
+}
+
 TEST_F(Looks, EveryFailureIsAMessage)
 {
   EffectInstance& effect = made();
