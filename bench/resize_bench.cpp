@@ -1,5 +1,8 @@
 // The resampler against zimg's Lanczos on four float planes, HD to UHD and back, on one core and beside a copy of the
 // same bytes. Times are per output pixel: ns_px. The frames are far larger than the caches, as real ones are.
+// `zimg` may use all that the processor has, `zimgOfLevel` the instruction sets of the level that the resampler runs at
+// (MORVELLAN_CPU_LEVEL).
+#include "device/host/cpu_level.h"
 #include "pipeline/host/resize.h"
 
 #include <benchmark/benchmark.h>
@@ -70,13 +73,13 @@ void resample(benchmark::State& state, ImageSize from, ImageSize to)
 class ZimgPlane
 {
 public:
-  ZimgPlane(ImageSize from, ImageSize to) : source(formatOf(from)), target(formatOf(to))
+  ZimgPlane(ImageSize from, ImageSize to, zimg_cpu_type_e cpu) : source(formatOf(from)), target(formatOf(to))
   {
     zimg_graph_builder_params params;
     zimg_graph_builder_params_default(&params, ZIMG_API_VERSION);
     params.resample_filter = ZIMG_RESIZE_LANCZOS;
     params.filter_param_a = 3.0;
-    params.cpu_type = ZIMG_CPU_AUTO_64B;
+    params.cpu_type = cpu;
     graph.reset(zimg_filter_graph_build(&source, &target, &params));
     std::size_t bytes = 0;
     if (!graph || zimg_filter_graph_get_tmp_size(graph.get(), &bytes) != ZIMG_ERROR_SUCCESS)
@@ -122,9 +125,22 @@ private:
   std::unique_ptr<Floats> scratch;
 };
 
-void zimg(benchmark::State& state, ImageSize from, ImageSize to)
+zimg_cpu_type_e levelOfZimg()
 {
-  const ZimgPlane plane(from, to);
+  switch (morvellan::device::chosenCpuLevel().level)
+  {
+  case morvellan::device::CpuLevel::v4:
+    return ZIMG_CPU_X86_AVX512_SKX;
+  case morvellan::device::CpuLevel::v3:
+    return ZIMG_CPU_X86_AVX2;
+  default:
+    return ZIMG_CPU_X86_SSE42;
+  }
+}
+
+void zimgAs(benchmark::State& state, ImageSize from, ImageSize to, zimg_cpu_type_e cpu)
+{
+  const ZimgPlane plane(from, to, cpu);
   const Floats source(pixelsOf(from) * 4);
   const Floats target(pixelsOf(to) * 4);
   for (auto _ : state)
@@ -134,6 +150,15 @@ void zimg(benchmark::State& state, ImageSize from, ImageSize to)
     benchmark::ClobberMemory();
   }
   report(state, to);
+}
+
+void zimg(benchmark::State& state, ImageSize from, ImageSize to)
+{
+  zimgAs(state, from, to, ZIMG_CPU_AUTO_64B);
+}
+void zimgOfLevel(benchmark::State& state, ImageSize from, ImageSize to)
+{
+  zimgAs(state, from, to, levelOfZimg());
 }
 
 void copy(benchmark::State& state, ImageSize size)
@@ -160,9 +185,11 @@ void resizeTbb(benchmark::State& state, ImageSize from, ImageSize to)
 BENCHMARK_CAPTURE(copy, uhd, uhd)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(copy, hd, hd)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(zimg, enlarge, hd, uhd)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(zimgOfLevel, enlarge, hd, uhd)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(resize, enlarge, hd, uhd)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(resizeTbb, enlarge, hd, uhd)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(zimg, reduce, uhd, hd)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(zimgOfLevel, reduce, uhd, hd)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(resize, reduce, uhd, hd)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(resizeTbb, reduce, uhd, hd)->Unit(benchmark::kMillisecond)->UseRealTime();
 
