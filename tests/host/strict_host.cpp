@@ -121,6 +121,12 @@ std::vector<host::ParameterPropertyWrite> StrictHost::propertyWrites() const
   return propertyWrites_;
 }
 
+std::vector<std::string> StrictHost::releases() const
+{
+  const std::scoped_lock lock(mutex_);
+  return releases_;
+}
+
 void StrictHost::clearLog()
 {
   const std::scoped_lock lock(mutex_);
@@ -129,6 +135,7 @@ void StrictHost::clearLog()
   clears_ = 0;
   writes_.clear();
   propertyWrites_.clear();
+  releases_.clear();
 }
 
 void StrictHost::requestAbort(bool abort)
@@ -174,6 +181,12 @@ void StrictHost::parameterPropertyWritten(const host::ParameterPropertyWrite& wr
 {
   const std::scoped_lock lock(mutex_);
   propertyWrites_.push_back(write);
+}
+
+void StrictHost::imageReleased(const std::string& clip)
+{
+  const std::scoped_lock lock(mutex_);
+  releases_.push_back(clip);
 }
 
 bool StrictHost::abortRequested()

@@ -58,7 +58,9 @@ public:
   int messageClears() const;
   std::vector<host::ParameterWrite> writes() const;
   std::vector<host::ParameterPropertyWrite> propertyWrites() const;
-  // Forgets messages and writes, not violations.
+  // The clips of images that were given back, in that order.
+  std::vector<std::string> releases() const;
+  // Forgets messages, writes and releases, not violations.
   void clearLog();
   void requestAbort(bool abort);
 
@@ -79,6 +81,7 @@ private:
   void persistentMessageCleared() override;
   void parameterWritten(const host::ParameterWrite& write) override;
   void parameterPropertyWritten(const host::ParameterPropertyWrite& write) override;
+  void imageReleased(const std::string& clip) override;
   bool abortRequested() override;
 
   const StrictOptions options_;
@@ -90,6 +93,7 @@ private:
   int clears_ = 0;
   std::vector<host::ParameterWrite> writes_;
   std::vector<host::ParameterPropertyWrite> propertyWrites_;
+  std::vector<std::string> releases_;
   bool abort_ = false;
   std::unique_ptr<host::Host> host_;
   std::unique_ptr<host::LoadedPlugin> plugin_;

@@ -119,6 +119,28 @@ TEST_F(Render, ImagesThatDifferAreReported)
     EXPECT_EQ(value, untouched);
 }
 
+TEST_F(Render, TheSourceIsGivenBackBeforeTheOutput)
+{
+  // Copied, rendered, left untouched, and ended by a message.
+  for (const std::map<std::string, host::ParamValue>& project :
+       {copyingProject, std::map<std::string, host::ParamValue>{{"Exposure", 0.1}}, {}})
+  {
+    EffectInstance& effect = instance(project);
+    const Frame source = rampOf(8, 8);
+    effect.clip("Source").setSource(source);
+    EXPECT_EQ(effect.render(0.0, outputLike(source)), kOfxStatOK);
+    EXPECT_THAT(host_.releases(), ElementsAre("Source", "Output"));
+    host_.clearLog();
+    effect.clip("Source").setSource(rampOf(8, 8, Components::Rgb));
+    EXPECT_EQ(effect.render(0.0, outputLike(source)), kOfxStatFailed);
+    EXPECT_THAT(host_.releases(), ElementsAre("Source", "Output"));
+    host_.clearLog();
+    effect.clip("Source").setConnected(false);
+    EXPECT_EQ(effect.render(0.0, outputLike(source)), kOfxStatOK);
+    EXPECT_THAT(host_.releases(), ElementsAre("Output"));
+  }
+}
+
 TEST_F(Render, AlphaOnlyIsReported)
 {
   EffectInstance& effect = instance();

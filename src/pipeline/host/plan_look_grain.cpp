@@ -51,11 +51,7 @@ void Planner::grainOnLinearClip()
   if (p.grainLinear)
   {
     if (planesSplit.empty())
-    {
-      if (compressed)
-        expand();
       splitPlain();
-    }
     render();
     join("RGBA_src_Kernel", "RGB_src_Kernel", true);
   }

@@ -65,7 +65,7 @@ void Planner::pitchOfLinearClip()
   }
   else
     bands(name.ofGamut("", "_LAB"));
-  const bool expandsHere = compressed && !look && (!grain || p.grainLinear);
+  const bool expandsHere = compressed && !look && !grain;
   inPlace(Stage::Pitch, expandsHere ? name.ofGamut("LAB_Lin_", "_expand") : name.labToLinear());
   if (expandsHere)
     compressed = false;

@@ -1,64 +1,10 @@
-// The plan of a frame, case by case as a reader would look it up, and then over every combination of switches: nothing
-// is read that was not written, what is compressed is expanded once, every split has the join that inverts it.
-#include "pipeline/host/plan.h"
-
-#include <set>
-
+// The plan of a frame, case by case as a reader would look it up.
 #include <gtest/gtest.h>
 
-#include "pipeline/host/input_class.h"
+#include "tests/pipeline/host/plan_fixture.h"
 
-namespace morvellan
+namespace morvellan::test
 {
-
-namespace
-{
-
-// A frame with everything off.
-FrameParams neutral(int inputGamut = 47, int channels = 4)
-{
-  FrameParams p{};
-  p.inputGamut = inputGamut;
-  p.channelCount = channels;
-  p.frameWidth = p.sourceWidth = p.targetWidth = 64;
-  p.frameHeight = p.sourceHeight = p.targetHeight = 32;
-  p.pitchBypassed = p.soupBypassed = p.printBypassed = p.halationBypassed = p.grainBypassed = true;
-  p.ensemblePitchGain = 1.0f;
-  p.exposureKind = 2;
-  return p;
-}
-
-void withPitch(FrameParams& p)
-{
-  p.pitchBypassed = false;
-  p.ensemblePitchGain = 1.2f;
-}
-
-void withGrain(FrameParams& p)
-{
-  p.grainBypassed = false;
-  p.grainChannelCount = 3;
-  for (int& on : p.grainChannelOn)
-    on = 1;
-}
-
-FrameRoute routeOf(const FrameParams& p)
-{
-  return dispatch(p);
-}
-
-std::vector<std::string> kernels(const FrameParams& p)
-{
-  std::vector<std::string> names;
-  for (const Step& step : planFrame(routeOf(p), p))
-    if (!step.kernel.empty())
-      names.push_back(step.kernel);
-  return names;
-}
-
-using Names = std::vector<std::string>;
-
-}  // namespace
 
 TEST(Plan, ExposureAloneWritesTheFrameToDownload)
 {
@@ -355,86 +301,4 @@ TEST(Plan, HardClipForOneLogAfterAResample)
                                "LAB_Linear_Colorspace_in_out", "To_Log_Kernel"}));
 }
 
-// Every combination of the switches.
-TEST(Plan, HoldsTogetherForEveryCombination)
-{
-  size_t plans = 0;
-  for (int inputGamut : {0, 4, 5, 30, 1, 10, 11, 13, 27, 46, 47})
-    for (int channels : {3, 4})
-      for (int geometry = 0; geometry < 4; ++geometry)
-        for (unsigned bits = 0; bits < 1u << 12; ++bits)
-        {
-          const auto on = [bits](unsigned bit) { return (bits >> bit & 1u) != 0; };
-          FrameParams p = neutral(inputGamut, channels);
-          p.exposureValue = on(0) ? 0.5f : 0.0f;
-          p.exposureKind = isLinearInput(inputGamut) || isGammaInput(inputGamut) ? 1 : 2;
-          p.halationBypassed = !on(1);
-          p.cameraSoftClipActive = on(2);
-          p.soupSoftClipActive = on(3);
-          p.soupBypassed = !on(4);
-          p.printBypassed = !on(5) || isGammaInput(inputGamut);
-          p.printProfile = 1;
-          if (on(6))
-            withPitch(p);
-          if (on(7))
-            withGrain(p);
-          p.grainLinear = on(8);
-          p.hdrCompress = on(9);
-          p.processLinear = on(10);
-          p.grainMode = on(11) ? 2 : 0;
-          if (geometry == 1)
-          {
-            p.resizeMode = 1;
-            p.sourceWidth = 32;
-          }
-          else if (geometry == 2)
-          {
-            p.resizeMode = 2;
-            p.targetWidth = 32;
-          }
-          else if (geometry == 3)
-          {
-            p.enhancerMode = 1;
-            p.enhancerHorizontal = 1.0f;
-          }
-          const FrameRoute route = routeOf(p);
-          if (route == FrameRoute::copy || route == FrameRoute::untouched)
-            continue;
-          const std::vector<Step> steps = planFrame(route, p);
-          ++plans;
-          std::set<Slot> written{Slot::Host};
-          int compressed = 0, decoded = 0, cameraClips = 0, soupClips = 0;
-          std::string all;
-          for (const Step& step : steps)
-          {
-            all += step.kernel + " ";
-            ASSERT_TRUE(step.from == Slot::None || written.count(step.from)) << all;
-            written.insert(step.to);
-            const auto has = [&step](const char* part) { return step.kernel.find(part) != std::string::npos; };
-            cameraClips += step.clip == ClipFields::Camera;
-            soupClips += step.clip == ClipFields::Soup;
-            if (has("compress") && !has("range"))
-              ++compressed;
-            if (has("expand") && !has("lin_grain"))
-              --compressed;
-            if (has("_To_Linear_Kernel") || step.kernel == "To_Linear_Kernel_RGBA")
-              ++decoded;
-            if (step.kernel == "To_Log_Kernel")
-              --decoded;
-            ASSERT_GE(compressed, 0) << all;
-          }
-          ASSERT_EQ(steps.back().work, Work::Download);
-          ASSERT_EQ(decoded, 0) << all;
-          ASSERT_EQ(cameraClips, p.cameraSoftClipActive) << all;
-          ASSERT_EQ(soupClips, p.soupSoftClipActive && (!p.soupBypassed || !p.printBypassed) ? 1 : 0) << all;
-          // A printed frame leaves as display codes, which are never expanded.
-          if (p.printBypassed)
-            ASSERT_EQ(compressed, 0) << inputGamut << ": " << all;
-          else
-            ASSERT_LE(compressed, 1) << all;
-          ASSERT_EQ(all.find("render") != std::string::npos, on(7)) << all;
-        }
-  EXPECT_GT(plans, 300000u);
-}
-
-}  // namespace morvellan
+}  // namespace morvellan::test

@@ -78,6 +78,7 @@ bool Host::release(OfxPropertySetHandle image)
   {
     reportMisuse(damage);
   }
+  observer().imageReleased(returned->clip());
   return true;
 }
 

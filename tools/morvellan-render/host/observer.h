@@ -54,6 +54,8 @@ public:
   virtual void persistentMessageCleared() {}
   virtual void parameterWritten(const ParameterWrite& /*write*/) {}
   virtual void parameterPropertyWritten(const ParameterPropertyWrite& /*write*/) {}
+  // The plug-in has given an image of this clip back.
+  virtual void imageReleased(const std::string& /*clip*/) {}
   virtual void progressStarted(const std::string& /*label*/) {}
   // False asks the plug-in to stop.
   virtual bool progressed(double /*fraction*/) { return true; }
