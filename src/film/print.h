@@ -95,10 +95,16 @@ MORVELLAN_INLINE Rgb bendPrint(const PrintLook& look, Rgb c)
   return filmDecode(x);
 }
 
-// The print's density, on code values of the display. Without a stock there is no power.
+// The print's density, on code values of the display. Without a stock there is no power. It is densityOf as one
+// quotient: codes near black keep the digits that a sum with the ceiling rounds away. The bound keeps an endless power
+// a number.
 MORVELLAN_INLINE Rgb printDensity(const DensityCurve& d, bool power, Rgb e)
 {
-  const auto channel = [&](int i, Real v) { return clamp01(densityOf(d, i, power ? filmicPower(d, v) : v)); };
+  const auto channel = [&](int i, Real v)
+  {
+    const Real y = min(Real(1e30f), power ? filmicPower(d, v) : v);
+    return clamp01((y * Real(d.ceiling[i]) + Real(d.floor[i])) / (y + Real(1.0f)));
+  };
   return {channel(0, e.r), channel(1, e.g), channel(2, e.b)};
 }
 

@@ -1,5 +1,6 @@
 // The print's tone scale for a display's peak brightness: a filmic compression of a colour's norm, which draws colours
-// towards neutral as they grow. It works in the neutral space.
+// towards neutral as they grow. It works in the neutral space, in plain products and sums: a display's matrix may
+// cancel its channels to almost nothing, and what is left is the foot of a steep curve.
 #pragma once
 
 #include "film/colour_math.h"
@@ -29,13 +30,14 @@ MORVELLAN_INLINE Rgb scaleTone(const ToneScale& scale, Rgb c)
   const Real a = x.r * Real(0.24f);
   const Real b = x.g * Real(0.1f);
   const Real d = x.b * Real(0.1f);
-  const Real norm = sqrt(fma(a, a, fma(b, b, d * d))) * Real(3.58979082f);
+  const Real norm = sqrt(d * d + a * a + b * b) * Real(3.58979082f);
   const Real sum = norm + Real(scale.half);
   const Real one(1.0f);
-  const Real scaledNorm = Real(scale.ceiling) * exp2NotPositive(log2Positive(norm / sum) * Real(scale.contrast));
+  const Real power = curves::exp2UpTo0(curves::log2Above0(norm / sum) * Real(scale.contrast));
+  const Real scaledNorm = Real(scale.ceiling) * power;
   const Real pure = sqrt(Real(scale.half) / sum) * Real(scale.purity);
   const Real ofNorm = pure / norm;
-  const auto channel = [&](Real v, float weight) { return scaledNorm * Real(weight) * fma(v, ofNorm, one - pure); };
+  const auto channel = [&](Real v, float weight) { return scaledNorm * Real(weight) * (v * ofNorm + (one - pure)); };
   return {channel(x.r, neutralWeight0), channel(x.g, neutralWeight1), channel(x.b, neutralWeight2)};
 }
 

@@ -90,6 +90,10 @@ TEST_F(CapturePrint, BleachIsReadOnlyWhileOn)
   EXPECT_EQ(params.printBleachPivot, 0.5f);
   EXPECT_EQ(params.printBleachGamma[2], 2.0f);
   EXPECT_FLOAT_EQ(params.printBleachScale[2], 2.0f);
+  values.set("PrintBleachPivot", 0.0);
+  capture();
+  EXPECT_EQ(params.printBleachPivot, 0.05f);
+  EXPECT_FLOAT_EQ(params.printBleachScale[2], 20.0f);
 }
 
 TEST_F(CapturePrint, Curve)

@@ -110,6 +110,10 @@ TEST(Plan, FilmKernelsAreTheSmallestThatServe)
   EXPECT_EQ(kernels(p), (Names{"film_lab", "film_soup_cuda_out_bleach", "film_print_cuda_out_bleach_pfe"}));
   p.printProfile = 0;
   EXPECT_EQ(kernels(p), (Names{"film_lab", "film_soup_cuda_out_bleach", "film_print_cuda_out_pfe_display"}));
+  p.soupBypassed = true;
+  EXPECT_EQ(kernels(p), (Names{"film_lab_init_pfe", "film_print_cuda_out_pfe_display"}));
+  p.printProfile = 3;
+  EXPECT_EQ(kernels(p), (Names{"film_lab_init_pfe", "film_print_cuda_out_bleach_pfe"}));
 }
 
 TEST(Plan, GrainAloneByClassAndMode)
@@ -171,6 +175,47 @@ TEST(Plan, GrainSitsBetweenNegativeAndPrint)
                                "render_pixelR", "lin_grain_display_only_expand"}));
   p.printBypassed = true;
   EXPECT_EQ(kernels(p), (Names{"film_lab", "lin_grain_rangecompress", "render_pixelR", "lin_grain_soup_expand"}));
+}
+
+TEST(Plan, LinearGrainStandsBetweenTheSmallestFilmKernels)
+{
+  FrameParams p = neutral(47);
+  withGrain(p);
+  p.grainLinear = true;
+  p.soupBypassed = p.printBypassed = false;
+  p.printProfile = 2;
+  p.soupAttributes.chroma.vectorLive = p.printAttributes.hue.vectorLive = true;
+  EXPECT_EQ(kernels(p),
+            (Names{"film_lab", "lin_grain_display_hue_chr_vib", "lin_grain_display_hue_chr_vib_rangecompress_display",
+                   "render_pixelR", "lin_grain_display_only_expand_print_stock"}));
+  p.labBleach = p.printBleachOn = true;
+  EXPECT_EQ(kernels(p), (Names{"film_lab", "lin_grain_display_bleach", "lin_grain_display_bleach_rangecompress_display",
+                               "render_pixelR", "lin_grain_display_only_expand_print_stock"}));
+  p.soupBypassed = true;
+  EXPECT_EQ(kernels(p), (Names{"film_lab_init_pfe", "lin_grain_display_bleach_rangecompress_display", "render_pixelR",
+                               "lin_grain_display_only_expand_print_stock"}));
+  p.printProfile = 0;
+  EXPECT_EQ(kernels(p), (Names{"film_lab_init_pfe", "lin_grain_display_rangecompress_display", "render_pixelR",
+                               "lin_grain_display_only_expand"}));
+  p.soupBypassed = false;
+  p.printBypassed = true;
+  EXPECT_EQ(kernels(p), (Names{"film_lab", "lin_grain_hue_chr_vib_lin_rangecompress", "render_pixelR",
+                               "lin_grain_soup_bleach_expand"}));
+}
+
+TEST(Plan, LinearGrainOnAnRgbClip)
+{
+  FrameParams p = neutral(47, 3);
+  withGrain(p);
+  p.grainLinear = true;
+  p.soupBypassed = p.printBypassed = false;
+  p.printProfile = 2;
+  EXPECT_EQ(kernels(p),
+            (Names{"RGB_RGBA_Kernel", "film_lab", "lin_grain_display", "lin_grain_display_custom_rangecompress_display",
+                   "render_pixelR", "lin_grain_display_only_expand_print_stock_RGB"}));
+  p.printBypassed = true;
+  EXPECT_EQ(kernels(p), (Names{"RGB_RGBA_Kernel", "film_lab", "lin_grain_rangecompress", "render_pixelR",
+                               "lin_grain_soup_expand_RGB"}));
 }
 
 TEST(Plan, GrainAfterAnUnprintedNegative)
