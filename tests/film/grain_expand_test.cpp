@@ -196,7 +196,8 @@ ENGINE_TEST(GrainExpand, AlphaComesFromItsPlaneOrIsOne)
   EXPECT_FALSE(launchDisplayExpand(Queue{}, "lin_grain_soup_expand", planes.frames(frame, 4), {}, false));
 }
 
-PARITY(grain_expand)
+// The density curve rounds apart on targets with fused products.
+PARITY(grain_expand, .relative = 1e-5f, .absolute = 2e-6f, .outliers = 2e-3)
 {
   const Planes planes = compressed(settings::everyHue(3000));
   Values all;
