@@ -33,7 +33,7 @@ MORVELLAN_INLINE Rgb scaleTone(const ToneScale& scale, Rgb c)
   const Real norm = sqrt(d * d + a * a + b * b) * Real(3.58979082f);
   const Real sum = norm + Real(scale.half);
   const Real one(1.0f);
-  const Real power = curves::exp2UpTo0(curves::log2Above0(norm / sum) * Real(scale.contrast));
+  const Real power = plain_exp2(curves::log2Above0(norm / sum) * Real(scale.contrast));
   const Real scaledNorm = Real(scale.ceiling) * power;
   const Real pure = sqrt(Real(scale.half) / sum) * Real(scale.purity);
   const Real ofNorm = pure / norm;
