@@ -150,6 +150,32 @@ MORVELLAN_INLINE Real exp2NotPositiveOf(Real x)
   return exp2Polynomial<By>(f) * exp2Integer(shifted);
 }
 
+template <typename By>
+MORVELLAN_INLINE Real log2PositiveOf(Real x)
+{
+  return select(x > Real(0.0f), log2Regular<By>(x), realOfBits(Int(static_cast<int>(0xff800000u))));
+}
+
+template <typename By>
+MORVELLAN_INLINE Real cosOf(Real x)
+{
+  // x = pi (n + 1/2) + r with n such that |r| <= pi/2; cos x = (-1)^(n+1) sin r.
+  const Real n = floor(x * Real(0.318309886183790672f));
+  const Real k = n + Real(0.5f);
+  Real r = By::sum(k, Real(-3.140625f), x);
+  r = By::sum(k, Real(-9.67025756835937500e-4f), r);
+  r = By::sum(k, Real(-6.27832832833496e-7f), r);
+  const Real s = r * r;
+  Real p = Real(-2.3889859e-8f);
+  p = By::sum(p, s, Real(2.7525562e-6f));
+  p = By::sum(p, s, Real(-1.98408738e-4f));
+  p = By::sum(p, s, Real(8.3333310e-3f));
+  p = By::sum(p, s, Real(-1.66666666e-1f));
+  const Real sine = By::sum(p * s, r, r);
+  const Mask even = (toInt(n) & Int(1)) == Int(0);
+  return select(even, -sine, sine);
+}
+
 }  // namespace detail
 
 // log2(x). Relative error at most 2.5e-7 and absolute error at most 2^-23 * max(1, |log2 x|) over all positive normal
@@ -165,6 +191,26 @@ MORVELLAN_INLINE Real plain_exp2(Real x)
   return detail::exp2Of<Plain>(x);
 }
 
+// log2(x) of x that is 0 or a positive normal number; 0 gives -inf. What is not a number gives one. Errors as
+// plain_log2.
+MORVELLAN_INLINE Real plain_log2Positive(Real x)
+{
+  return detail::log2PositiveOf<Plain>(x);
+}
+
+// 2^x of x at or below 0, and as well of any x up to 127; plain. Relative error at most 2.5e-7 down to -126; 0 below
+// -126.5 and for NaN.
+MORVELLAN_INLINE Real exp2NotPositive(Real x)
+{
+  return detail::exp2NotPositiveOf<Plain>(x);
+}
+
+// cos(x), x in radians. Absolute error at most 3e-7 for |x| <= 8192.
+MORVELLAN_INLINE Real plain_cos(Real x)
+{
+  return detail::cosOf<Plain>(x);
+}
+
 #ifndef MORVELLAN_TARGET_IS_CUDA
 
 // As plain_log2 and plain_exp2, errors too.
@@ -178,18 +224,10 @@ MORVELLAN_INLINE Real fast_exp2(Real x)
   return detail::exp2Of<Fused>(x);
 }
 
-// log2(x) of x that is 0 or a positive normal number; 0 gives -inf. What is not a number gives one. Errors as
-// fast_log2.
+// As plain_log2Positive.
 MORVELLAN_INLINE Real log2Positive(Real x)
 {
-  return select(x > Real(0.0f), detail::log2Regular<Fused>(x), realOfBits(Int(static_cast<int>(0xff800000u))));
-}
-
-// 2^x of x at or below 0, and as well of any x up to 127. Relative error at most 2.5e-7 down to -126; 0 below -126.5
-// and for NaN.
-MORVELLAN_INLINE Real exp2NotPositive(Real x)
-{
-  return detail::exp2NotPositiveOf<Fused>(x);
+  return detail::log2PositiveOf<Fused>(x);
 }
 
 // x^y for x >= 0: 2^(y log2 x) with the exponent's share of the product kept exact, so that the relative error stays
@@ -208,24 +246,10 @@ MORVELLAN_INLINE Real fast_pow(Real x, Real y)
   return detail::exp2Ends(product, detail::exp2Pieces<Fused>(shifted, select(held == product, f, Real(0.0f))));
 }
 
-// cos(x), x in radians. Absolute error at most 3e-7 for |x| <= 8192.
+// As plain_cos.
 MORVELLAN_INLINE Real fast_cos(Real x)
 {
-  // x = pi (n + 1/2) + r with n such that |r| <= pi/2; cos x = (-1)^(n+1) sin r.
-  const Real n = floor(x * Real(0.318309886183790672f));
-  const Real k = n + Real(0.5f);
-  Real r = fma(k, Real(-3.140625f), x);
-  r = fma(k, Real(-9.67025756835937500e-4f), r);
-  r = fma(k, Real(-6.27832832833496e-7f), r);
-  const Real s = r * r;
-  Real p = Real(-2.3889859e-8f);
-  p = fma(p, s, Real(2.7525562e-6f));
-  p = fma(p, s, Real(-1.98408738e-4f));
-  p = fma(p, s, Real(8.3333310e-3f));
-  p = fma(p, s, Real(-1.66666666e-1f));
-  const Real sine = fma(p * s, r, r);
-  const Mask even = (toInt(n) & Int(1)) == Int(0);
-  return select(even, -sine, sine);
+  return detail::cosOf<Fused>(x);
 }
 
 #else
@@ -247,11 +271,6 @@ MORVELLAN_INLINE Real fast_exp2(Real x)
 MORVELLAN_INLINE Real log2Positive(Real x)
 {
   return fast_log2(x);
-}
-
-MORVELLAN_INLINE Real exp2NotPositive(Real x)
-{
-  return select(x > Real(-126.5f), fast_exp2(x), Real(0.0f));
 }
 
 MORVELLAN_INLINE Real fast_pow(Real x, Real y)

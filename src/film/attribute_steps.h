@@ -1,5 +1,8 @@
 // The steps of the attribute engine on one group of pixels: zones, and saturation, hue, chroma and vibrance by vectors
 // and by bands. Colours are linear ARRI Wide Gamut 4; what a launch does not use is skipped for the whole launch.
+//
+// Up to fifty steps follow one another, and channels that cancel keep the last digits of all of them: so products and
+// sums are rounded apart (`plain` functions, and no fma), and every target gives the same bits.
 #pragma once
 
 #include "film/attributes.h"
@@ -14,7 +17,7 @@ namespace morvellan::MORVELLAN_TARGET
 // pull with the product of their strengths, and a pull mixed in with weight w is one of strength 1 - w + w * strength.
 MORVELLAN_INLINE Real pull(Real x, Real strength, Real average)
 {
-  return fma(x, strength, (Real(1.0f) - strength) * average);
+  return x * strength + (Real(1.0f) - strength) * average;
 }
 
 MORVELLAN_INLINE Rgb pull(Rgb c, Real strength, Real average)
@@ -24,18 +27,18 @@ MORVELLAN_INLINE Rgb pull(Rgb c, Real strength, Real average)
 
 MORVELLAN_INLINE Real mixedPull(Real weight, Real strength)
 {
-  return fma(weight, strength, Real(1.0f) - weight);
+  return weight * strength + (Real(1.0f) - weight);
 }
 
 // How much of an intensity is high and how much is low, from 1 / (1 + intensity).
 MORVELLAN_INLINE Real highWeight(const ZoneWeights& zone, Real average, Real share)
 {
-  return exp2NotPositive(log2Positive(average * share) * Real(zone.highRange));
+  return exp2NotPositive(plain_log2Positive(average * share) * Real(zone.highRange));
 }
 
 MORVELLAN_INLINE Real lowWeight(const ZoneWeights& zone, Real share)
 {
-  return fast_exp2(log2Positive(share) * Real(zone.lowRange));
+  return plain_exp2(plain_log2Positive(share) * Real(zone.lowRange));
 }
 
 // The zone step that ends an attribute or a refinement.
@@ -169,9 +172,9 @@ inline constexpr float bandHueStrength = 0.33f;
 MORVELLAN_INLINE Real hueChroma(Rgb n, float strength)
 {
   const Real lowest = smallest(n);
-  const Real u = fma(Real(1.0f - strength), lowest, Real(strength));
+  const Real u = Real(1.0f - strength) * lowest + Real(strength);
   const Real s = min(distanceFromNeutral(lowest, Real(1.0f), u), Real(1.0f));
-  return fma(s, Real(0.34f), s * (Real(1.0f) - s) * Real(0.66f));
+  return s * Real(0.34f) + s * (Real(1.0f) - s) * Real(0.66f);
 }
 
 MORVELLAN_INLINE Rgb moveByVectors(const HueVectors& v, const HueSectors& s, Real chroma, Rgb n)
@@ -192,7 +195,7 @@ MORVELLAN_INLINE Rgb moveByVectors(const HueVectors& v, const HueSectors& s, Rea
 MORVELLAN_INLINE Rgb moveByBand(const HueBand& band, Real hue, Real chroma, Rgb n)
 {
   const Real w = chroma * weightOf(band.window, hue);
-  return {fma(w, Real(band.move[0]), n.r), fma(w, Real(band.move[1]), n.g), fma(w, Real(band.move[2]), n.b)};
+  return {w * Real(band.move[0]) + n.r, w * Real(band.move[1]) + n.g, w * Real(band.move[2]) + n.b};
 }
 
 template <bool Vectors>
@@ -224,8 +227,8 @@ MORVELLAN_INLINE Real chromaGain(Real t, Real gain, Real flank)
 {
   const Real one(1.0f);
   const Real outside = (one - t) * (one - t) * (one + (t + t));
-  const Real e = one - exp2NotPositive(log2Positive(outside) * flank);
-  return fma(gain, e, one - e);
+  const Real e = one - exp2NotPositive(plain_log2Positive(outside) * flank);
+  return gain * e + (one - e);
 }
 
 // 1 - the overall strength of chroma, where no vectors are on.
@@ -236,12 +239,12 @@ MORVELLAN_INLINE Real chromaFactor(Real gain, const Reference& reference, float 
 {
   const Real one(1.0f);
   const Real p = min(one / gain, one);
-  const Real y = fma(one - p, reference.lowest, p);
+  const Real y = (one - p) * reference.lowest + p;
   const Real distance = clamp01(distanceFromNeutral(reference.lowest, reference.highest, y));
   const Real f = select(y == Real(0.0f), one, distance);
-  const Real power = exp2NotPositive(log2Positive(f) * Real(shape + 1.0f));
+  const Real power = exp2NotPositive(plain_log2Positive(f) * Real(shape + 1.0f));
   const Real q = min(f * power / (Real(shape) + power), Real(2.0f));
-  return select(f == Real(0.0f), one, fma(gain, q, one - q));
+  return select(f == Real(0.0f), one, gain * q + (one - q));
 }
 
 MORVELLAN_INLINE Real chromaBandFactor(const ChromaBand& band, Real hue, const Reference& reference, float shape)
@@ -276,7 +279,7 @@ MORVELLAN_INLINE Rgb applyChromaBand(const ChromaBand& band, const Reference& re
 // Vibrance. y ^ exponent mixed into y by weight, for y in [0, 1]; what is not positive stays.
 MORVELLAN_INLINE Real bent(Real y, Real log, Real weight, Real exponent)
 {
-  const Real curved = fma(weight, exp2NotPositive(log * exponent), y * (Real(1.0f) - weight));
+  const Real curved = weight * exp2NotPositive(log * exponent) + y * (Real(1.0f) - weight);
   return select(y > Real(0.0f), curved, y);
 }
 
@@ -303,7 +306,7 @@ struct VibranceForms
 MORVELLAN_INLINE VibranceForms vibranceForms(Rgb n)
 {
   const Ranked r = ranked(n);
-  return {r, n, r.lowest, log2Positive(r.lowest), Real(1.0f) - r.lowest};
+  return {r, n, r.lowest, plain_log2Positive(r.lowest), Real(1.0f) - r.lowest};
 }
 
 // A mix of powers of the lowest channel, as a factor of its distance from the highest.
@@ -312,7 +315,7 @@ MORVELLAN_INLINE Real distanceFactor(const VibranceForms& forms, Real weight, Re
   const Real one(1.0f);
   const Real s = forms.distance;
   const Real power = exp2NotPositive(forms.lowestLog * exponent);
-  const Real factor = fma(weight, one - power, s * (one - weight)) / s;
+  const Real factor = (weight * (one - power) + s * (one - weight)) / s;
   return select((s == Real(0.0f)) | (s > one), one, factor);
 }
 
@@ -325,14 +328,14 @@ MORVELLAN_INLINE void bendByVectors(const VibranceVectors& v, const HueSectors& 
   const auto curve = [&](Real y, Real log)
   {
     const Real first = clampFilm(bent(y, log, additive, exponentA));
-    return clampFilm(bent(first, log2Positive(first), subtractive, exponentS));
+    return clampFilm(bent(first, plain_log2Positive(first), subtractive, exponentS));
   };
   const Real fa = distanceFactor(forms, additive, exponentA);
   const Real fb = distanceFactor(forms, subtractive, exponentS);
   const Real offset = (Real(1.0f) - fa) * Real(1.10000002f);
-  const auto line = [&](Real y) { return clampFilm(fma(fma(y, fa, offset), fb, offset)); };
+  const auto line = [&](Real y) { return clampFilm((y * fa + offset) * fb + offset); };
   forms.curved = {curve(forms.curved.lowest, forms.lowestLog),
-                  curve(forms.curved.middle, log2Positive(forms.curved.middle))};
+                  curve(forms.curved.middle, plain_log2Positive(forms.curved.middle))};
   forms.linear = {line(forms.linear.r), line(forms.linear.g), line(forms.linear.b)};
 }
 
@@ -342,9 +345,9 @@ MORVELLAN_INLINE void bendByBand(const VibranceBand& band, Real hue, VibranceFor
   const Real exponent(band.exponent);
   const Real f = distanceFactor(forms, w, exponent);
   const Real rest = Real(1.0f) - f;
-  const auto curve = [&](Real y) { return bent(y, log2Positive(y), w, exponent); };
+  const auto curve = [&](Real y) { return bent(y, plain_log2Positive(y), w, exponent); };
   forms.curved = {curve(forms.curved.lowest), curve(forms.curved.middle)};
-  forms.linear = {fma(forms.linear.r, f, rest), fma(forms.linear.g, f, rest), fma(forms.linear.b, f, rest)};
+  forms.linear = {forms.linear.r * f + rest, forms.linear.g * f + rest, forms.linear.b * f + rest};
 }
 
 MORVELLAN_INLINE Rgb halfCurved(const VibranceForms& forms, const Tint& t)
@@ -354,7 +357,7 @@ MORVELLAN_INLINE Rgb halfCurved(const VibranceForms& forms, const Tint& t)
   {
     const Real below = select(n < Real(1.0f), forms.curved.middle, n);
     const Real curved = clampFilm(select(n == forms.lowest, forms.curved.lowest, below));
-    return clampFilm(t.peak * fma(curved, half, linear * half));
+    return clampFilm(t.peak * (curved * half + linear * half));
   };
   return {mix(t.n.r, forms.linear.r), mix(t.n.g, forms.linear.g), mix(t.n.b, forms.linear.b)};
 }

@@ -25,15 +25,15 @@ MORVELLAN_INLINE Rgb retainSilver(const Silver& silver, Rgb c)
   const Real ceiling(logC4Largest);
   const Real luminance = dot(silver.luminance, c);
   // The layer's source is the luminance with a trillionth of the channel, which is the luminance from the floor on.
-  const Real log = fast_log2(maxNumber(luminance, floor) * Real(2.5f));
+  const Real log = plain_log2(maxNumber(luminance, floor) * Real(2.5f));
   const auto layer = [&](int i)
   {
-    const Real p = fast_exp2(log * Real(silver.power[i])) * Real(silver.gain[i]);
+    const Real p = plain_exp2(log * Real(silver.power[i])) * Real(silver.gain[i]);
     return logC4EncodeCurve(clamp(p, floor, ceiling));
   };
   const auto base = [&](Real channel)
   {
-    const Real d = fma(channel, Real(0.899999976f), luminance * Real(1.0f - 0.899999976f));
+    const Real d = channel * Real(0.899999976f) + luminance * Real(1.0f - 0.899999976f);
     return logC4EncodeCurve(minNumber(maxNumber(d, floor) * Real(5.0f), ceiling));
   };
   constexpr Row3 row = awg4Luminance;

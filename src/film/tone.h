@@ -1,5 +1,7 @@
 // The tone curve and the density curve of a film, on code values of its working log: a knee bump, a toe and a shoulder
-// per channel, and the filmic density between a floor and a ceiling. Soup and print share both.
+// per channel, and the filmic density between a floor and a ceiling. Soup and print share both. A slope of up to 51
+// magnifies last digits, so that products and sums are rounded apart (`plain` functions, and no fma), the same on every
+// target.
 #pragma once
 
 #include "film/colour_math.h"
@@ -45,11 +47,11 @@ MORVELLAN_INLINE Real bendKnee(const ToneCurve& t, float bump, Real x)
   const Real u = (x - Real(t.kneeFrom)) * Real(t.perKneeSpan);
   const Real centre(t.kneeCentre);
   const Real lower = u * Real(t.lowerSlope);
-  const Real upper = fma(u - centre, Real(t.upperSlope), Real(0.5f));
+  const Real upper = (u - centre) * Real(t.upperSlope) + Real(0.5f);
   const Real phase = select(u <= centre, lower, upper);
-  const Real lift = (Real(1.0f) - fast_cos(phase * Real(6.28318548f))) * Real(bump);
+  const Real lift = (Real(1.0f) - plain_cos(phase * Real(6.28318548f))) * Real(bump);
   const Mask inside = (x >= Real(t.kneeFrom)) & (x <= Real(t.kneeTo));
-  return select(inside, fma(lift, Real(t.kneeSpan), x), x);
+  return select(inside, lift * Real(t.kneeSpan) + x, x);
 }
 
 MORVELLAN_INLINE Real bendToe(const ToneCurve& t, const ToneChannel& c, Real x)
@@ -60,14 +62,14 @@ MORVELLAN_INLINE Real bendToe(const ToneCurve& t, const ToneChannel& c, Real x)
   Real bent;
   if (c.toe > 0.0f)
   {
-    const Real curve = (n + n) - fast_log2(fma(Real(c.toeStretch), n, one)) * Real(c.toeScale);
+    const Real curve = (n + n) - plain_log2(Real(c.toeStretch) * n + one) * Real(c.toeScale);
     const Real p = select(x > Real(0.0f), curve, x);
-    bent = fma(one - p, amount, p);
+    bent = (one - p) * amount + p;
   }
   else
   {
-    const Real q = fma(amount + amount, one - n, n);
-    bent = select(q >= Real(0.0f), fast_log2(fma(Real(c.toeStretch), q, one)) * Real(c.toeScale), q);
+    const Real q = (amount + amount) * (one - n) + n;
+    bent = select(q >= Real(0.0f), plain_log2(Real(c.toeStretch) * q + one) * Real(c.toeScale), q);
   }
   return select(x < Real(t.toePivot), bent * Real(t.toePivot), x);
 }
@@ -78,9 +80,9 @@ MORVELLAN_INLINE Real bendShoulder(const ToneCurve& t, const ToneChannel& c, Rea
   const Real pivot(t.shoulderPivot);
   const Real r = (x - pivot) * Real(t.perShoulderRoom);
   const Real w = c.shoulder > 0.0f ? r * Real(c.shoulder * 2.0f + 1.0f) : r;
-  const Real log = fast_log2(fma(Real(c.shoulderStretch), w, one)) * Real(c.shoulderScale);
+  const Real log = plain_log2(Real(c.shoulderStretch) * w + one) * Real(c.shoulderScale);
   const Real bent = c.shoulder > 0.0f ? (w + w) - log : log * Real(c.shoulder + 1.0f);
-  return select(x > pivot, fma(bent, Real(t.shoulderRoom), pivot), x);
+  return select(x > pivot, bent * Real(t.shoulderRoom) + pivot, x);
 }
 
 MORVELLAN_INLINE Real bend(const ToneCurve& t, const ToneChannel& c, Real x)
@@ -118,7 +120,7 @@ MORVELLAN_INLINE Real densityOf(const DensityCurve& d, int channel, Real y)
 
 MORVELLAN_INLINE Real filmicPower(const DensityCurve& d, Real x)
 {
-  return fast_exp2(fast_log2(x * Real(d.scale)) * Real(d.slope));
+  return plain_exp2(plain_log2(x * Real(d.scale)) * Real(d.slope));
 }
 
 // Code values of the developed film, in [filmBlackCode, 1].
@@ -143,7 +145,7 @@ struct PrintGamma
 MORVELLAN_INLINE Rgb tilt(const PrintGamma& gamma, Rgb x)
 {
   const auto channel = [&](int i, Real v)
-  { return gamma.live[i] ? fast_exp2(fast_log2(v) * Real(gamma.power[i])) * Real(gamma.scale[i]) : v; };
+  { return gamma.live[i] ? plain_exp2(plain_log2(v) * Real(gamma.power[i])) * Real(gamma.scale[i]) : v; };
   return {channel(0, x.r), channel(1, x.g), channel(2, x.b)};
 }
 

@@ -28,6 +28,8 @@ enum class Function
   Exp2NotPositive,
   PlainLog2,
   PlainExp2,
+  PlainCos,
+  PlainLog2Positive,
 };
 
 struct apply_function
@@ -71,6 +73,12 @@ struct apply_function
     case Function::PlainExp2:
       r = plain_exp2(a);
       break;
+    case Function::PlainCos:
+      r = plain_cos(a);
+      break;
+    case Function::PlainLog2Positive:
+      r = plain_log2Positive(a);
+      break;
     }
     storePlane(result, at, r);
   }
@@ -102,6 +110,18 @@ std::vector<float> everyExponent()
     for (int i = 0; i < 4096; ++i)
       x.push_back(std::ldexp(1.0f + static_cast<float>(random() >> 9) / 8388608.0f, e));
   return x;
+}
+
+double relativeErrorOfExp2(Function function, const std::vector<float>& x)
+{
+  const std::vector<float> r = run(function, x);
+  double relative = 0.0;
+  for (size_t i = 0; i < x.size(); ++i)
+  {
+    const double exact = std::exp2(static_cast<double>(x[i]));
+    relative = std::max(relative, std::fabs(static_cast<double>(r[i]) - exact) / exact);
+  }
+  return relative;
 }
 
 constexpr bool isCuda = std::string_view(MORVELLAN_TARGET_NAME) == "cuda";
@@ -154,14 +174,7 @@ ENGINE_TEST(Math, Exp2OverItsRange)
     x.push_back(-126.0f + 253.49f * static_cast<float>(i) / 2000000.0f);
   for (const Function function : {Function::Exp2, Function::PlainExp2})
   {
-    const std::vector<float> r = run(function, x);
-    double relative = 0.0;
-    for (size_t i = 0; i < x.size(); ++i)
-    {
-      const double exact = std::exp2(static_cast<double>(x[i]));
-      relative = std::max(relative, std::fabs(static_cast<double>(r[i]) - exact) / exact);
-    }
-    EXPECT_LE(relative, 2.5e-7);
+    EXPECT_LE(relativeErrorOfExp2(function, x), 2.5e-7);
     const std::vector<float> edges = run(function, {-200.0f, -infinity, 128.0f, infinity, nan, 0.0f, 1.0f, -1.0f});
     EXPECT_EQ(edges[0], 0.0f);
     EXPECT_EQ(edges[1], 0.0f);
@@ -179,18 +192,13 @@ ENGINE_TEST(Math, LogarithmAndExponentialOfTheUnitRange)
   const std::vector<float> x = everyExponent();
   EXPECT_EQ(run(Function::Log2Positive, x), run(Function::Log2, x));
   EXPECT_EQ(run(Function::Log2Positive, {0.0f})[0], -infinity);
+  EXPECT_EQ(run(Function::PlainLog2Positive, x), run(Function::PlainLog2, x));
+  EXPECT_EQ(run(Function::PlainLog2Positive, {0.0f})[0], -infinity);
 
   std::vector<float> y;
   for (int i = 0; i <= 1000000; ++i)
     y.push_back(-126.0f * static_cast<float>(i) / 1000000.0f);
-  const std::vector<float> r = run(Function::Exp2NotPositive, y);
-  double relative = 0.0;
-  for (size_t i = 0; i < y.size(); ++i)
-  {
-    const double exact = std::exp2(static_cast<double>(y[i]));
-    relative = std::max(relative, std::fabs(static_cast<double>(r[i]) - exact) / exact);
-  }
-  EXPECT_LE(relative, 2.5e-7);
+  EXPECT_LE(relativeErrorOfExp2(Function::Exp2NotPositive, y), 2.5e-7);
   const std::vector<float> edges = run(Function::Exp2NotPositive, {0.0f, -0.0f, -127.0f, -200.0f, -infinity, nan});
   EXPECT_EQ(edges, (std::vector<float>{1.0f, 1.0f, 0.0f, 0.0f, 0.0f, 0.0f}));
 }
@@ -224,9 +232,13 @@ ENGINE_TEST(Math, CosAndCubeRoot)
   std::vector<float> x;
   for (int i = -400000; i <= 400000; ++i)
     x.push_back(static_cast<float>(i) * 0.02048f);
-  const std::vector<float> c = run(Function::Cos, x);
-  for (size_t i = 0; i < x.size(); ++i)
-    ASSERT_NEAR(c[i], std::cos(static_cast<double>(x[i])), isCuda ? 2e-3 : 3e-7) << x[i];
+  for (const Function function : {Function::Cos, Function::PlainCos})
+  {
+    const double bound = isCuda && function == Function::Cos ? 2e-3 : 3e-7;
+    const std::vector<float> c = run(function, x);
+    for (size_t i = 0; i < x.size(); ++i)
+      ASSERT_NEAR(c[i], std::cos(static_cast<double>(x[i])), bound) << x[i];
+  }
 
   std::vector<float> positive = everyExponent();
   const size_t half = positive.size();
@@ -248,7 +260,13 @@ PARITY(plain_functions, morvellan::parity::sameBits)
   std::vector<float> y;
   for (int i = 0; i <= 500000; ++i)
     y.push_back(-140.0f + 280.0f * static_cast<float>(i) / 500000.0f);
-  for (const std::vector<float>& r : {run(Function::PlainLog2, x), run(Function::PlainExp2, y), run(Function::Cbrt, x)})
+  const std::vector<float> notPositive(y.begin(), y.begin() + 250000);
+  std::vector<float> angles;
+  for (int i = 0; i < 10000; ++i)
+    angles.push_back(static_cast<float>(i) * 1.6f - 8000.0f);
+  for (const std::vector<float>& r : {run(Function::PlainLog2, x), run(Function::PlainExp2, y), run(Function::Cbrt, x),
+                                      run(Function::PlainLog2Positive, x), run(Function::PlainCos, angles),
+                                      run(Function::Exp2NotPositive, notPositive)})
     all.insert(all.end(), r.begin(), r.end());
   return all;
 }

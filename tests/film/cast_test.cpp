@@ -97,7 +97,7 @@ ENGINE_TEST(Saturation, BlueFirst)
     }
 }
 
-PARITY(cast)
+PARITY(cast, morvellan::parity::sameBits)
 {
   return run({.live = true, .row = 40, .greenMagenta = -0.3f, .redCyan = 0.2f}, settings::everyHue(2000));
 }
