@@ -244,18 +244,25 @@ ENGINE_TEST(Attributes, GreysStayGrey)
   std::vector<float> greys;
   for (int i = 0; i < 400; ++i)
     greys.insert(greys.end(), 3, std::exp2(static_cast<float>(i) * 0.05f - 12.0f));
-  const auto expectGrey = [&](const AttributeEngine& engine)
+  const auto departure = [&](const AttributeEngine& engine)
   {
     const std::vector<float> r = run(engine, greys);
+    float largest = 0.0f;
     for (size_t i = 0; i < r.size(); ++i)
-      ASSERT_NEAR(r[i], greys[i], 2e-4f * greys[i]) << "at " << greys[i];
+      largest = std::max(largest, std::fabs(r[i] - greys[i]) / greys[i]);
+    return largest;
   };
+  for (const ZoneSettings& zone :
+       {settings::zone(0, false), settings::zone(1, false), settings::zone(2, false), settings::zone(1, true)})
+    EXPECT_LE(departure(engineOf(settings::everyAttribute(zone))), 2e-4f) << "mode " << zone.mode << zone.both;
   for (const ZoneSettings& zone : {settings::zone(0, false), settings::zone(1, false)})
-    expectGrey(everything(zone));
-  // The high zone of these settings pushes colours away from the average, and in fifteen steps the last digits of the
-  // neutral space with them: so without the refinements.
+    EXPECT_LE(departure(everything(zone)), 2e-4f) << "mode " << zone.mode;
+  // The rows of the neutral space sum to 1 only to its digits, so that a grey is off grey by 4.8e-6; the high zone of
+  // these settings pulls away from the average by 1.3, fifteen times in a row. The same steps in double precision
+  // give 3.85e-4 at the brightest grey here, and 5e-14 with rows that sum to 1. Rounding, magnified by the same 1.3^15,
+  // adds 1e-5 to it.
   for (const ZoneSettings& zone : {settings::zone(2, false), settings::zone(1, true)})
-    expectGrey(engineOf(settings::everyAttribute(zone)));
+    EXPECT_NEAR(departure(everything(zone)), 3.85e-4f, 0.2e-4f) << "mode " << zone.mode << zone.both;
 }
 
 ENGINE_TEST(Attributes, LowZoneMixesShadowsAndVectorsActEverywhere)

@@ -84,6 +84,14 @@ void expectNear(const Values& actual, const Values& expected, float tolerance)
     EXPECT_NEAR(actual[i], expected[i], tolerance) << i;
 }
 
+struct leave_film
+{
+  const float* source;
+  float* target;
+  FilmExit exit;
+  MORVELLAN_KERNEL void operator()(Pixels at) const { storeRgb(target, at, filmExit(exit, loadRgb(source, at))); }
+};
+
 const Values colours{0.0f,  0.0f,  0.0f,  0.18f, 0.18f,  0.18f,  1.0f,  0.2f,
                      0.05f, 30.0f, 10.0f, 2.0f,  400.0f, 400.0f, 400.0f};
 
@@ -203,6 +211,26 @@ ENGINE_TEST(Soup, EveryExitIsAFrame)
     for (size_t i = 0; i < r.size(); ++i)
       ASSERT_TRUE(std::isfinite(r[i])) << "index " << index << " value " << i;
     EXPECT_GT(r[12], r[3]) << "index " << index << ": highlights are brighter than mid-grey";
+  }
+}
+
+ENGINE_TEST(Soup, LeavesByTheWayOutOfTheClipsEncoding)
+{
+  const Laboratory lab(colours);
+  const Buffer<float> image(colours.size());
+  SoupArguments a = lab.arguments(makeSoupLook(defaults()));
+  a.image = image.data();
+  a.channels = 3;
+  ASSERT_TRUE(launchSoup(Queue{}, "film_soup_cuda_out", a));
+  const Buffer<float> linear = upload(download(image));
+  for (const int index : {0, 2, 9, 11, 27, 31, 45})
+  {
+    a.exit = makeSoupExit(true, index);
+    ASSERT_TRUE(launchSoup(Queue{}, "film_soup_cuda_out", a));
+    const Buffer<float> expected(colours.size());
+    launch(Queue{}, pixels(static_cast<int>(colours.size() / 3), 1),
+           leave_film{linear.data(), expected.data(), makeFilmExit(index)});
+    EXPECT_EQ(download(image), download(expected)) << "index " << index;
   }
 }
 

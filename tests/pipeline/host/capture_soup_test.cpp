@@ -88,6 +88,21 @@ TEST_F(CaptureSoup, CastAndTints)
   EXPECT_EQ(params.cameraTintRtoC, -0.4f);
 }
 
+// The frame area is that of the target, of this frame and not of the one before.
+TEST_F(CaptureSoup, AreaFollowsTheTargetOfEachFrame)
+{
+  EXPECT_EQ(params.labAreaScale, 0.0f);
+  for (const auto& [width, height] : {std::pair{1920, 1080}, {640, 360}, {4096, 2160}})
+  {
+    values.set("SourceWidth", width);
+    values.set("SourceHeight", height);
+    values.set("TargetWidth", width);
+    values.set("TargetHeight", height);
+    capture(0.0, width, height);
+    EXPECT_EQ(params.labAreaScale, static_cast<float>(width) * 0.00041666668f * static_cast<float>(height));
+  }
+}
+
 TEST_F(CaptureSoup, LabFloors)
 {
   values.set("LabDevelop", 0.0);
@@ -102,6 +117,9 @@ TEST_F(CaptureSoup, LabFloors)
 
 TEST_F(CaptureSoup, DiffusionValuesSurviveTheirSwitch)
 {
+  capture();
+  EXPECT_EQ(params.labDiffuseLoMid, 0.0f);
+  EXPECT_EQ(params.labDiffuseMidHi, 0.0f);
   values.set("LabDiffuseLoMid", 0.25);
   values.set("LabDiffuseMidHi", 0.25);
   capture();
@@ -204,6 +222,10 @@ TEST_F(CaptureSoup, Halation)
   EXPECT_EQ(params.halationKeepRed, 0.7f);
   EXPECT_EQ(params.halationKeepGreen, 0.0f);
   values.set("HalationBreadth", 0.0);
+  capture();
+  EXPECT_TRUE(params.halationBypassed);
+  values.set("HalationBreadth", 0.25);
+  values.set("HalationBypass", 1);
   capture();
   EXPECT_TRUE(params.halationBypassed);
 }

@@ -116,6 +116,37 @@ TEST(Plan, FilmKernelsAreTheSmallestThatServe)
   EXPECT_EQ(kernels(p), (Names{"film_lab_init_pfe", "film_print_cuda_out_bleach_pfe"}));
 }
 
+// Silver retention, the four groups of vectors and the custom bands, in every combination.
+TEST(Plan, SoupKernelOfEveryCombination)
+{
+  for (unsigned bits = 0; bits < 1u << 6; ++bits)
+  {
+    const auto on = [bits](unsigned bit) { return (bits >> bit & 1u) != 0; };
+    FrameParams p = neutral(47);
+    p.soupBypassed = false;
+    p.labBleach = on(0);
+    p.soupAttributes.saturation.vectorLive = on(1);
+    p.soupAttributes.hue.vectorLive = on(2);
+    p.soupAttributes.chroma.vectorLive = on(3);
+    p.soupAttributes.vibrance.vectorLive = on(4);
+    // Bands and refinements need no vectors.
+    p.soupAttributes.hue.custom.live = p.soupRefinements[3].live = p.refineActive = on(5);
+    const bool vectors = (bits & 0b11110u) != 0;
+    const std::string member = on(0) ? "_bleach" : vectors ? "_hue_chr_vib" : "";
+    SCOPED_TRACE(bits);
+    EXPECT_EQ(kernels(p), (Names{"film_lab", "film_soup_cuda_out" + member}));
+    withGrain(p);
+    p.grainLinear = true;
+    EXPECT_EQ(kernels(p)[1], vectors ? "lin_grain_hue_chr_vib_lin_rangecompress" : "lin_grain_rangecompress");
+    p.printBypassed = false;
+    EXPECT_EQ(kernels(p)[1], "lin_grain_display" + member);
+    p.grainBypassed = true;
+    EXPECT_EQ(kernels(p), (Names{"film_lab", "film_soup_cuda_out" + member, "film_print_cuda_out_pfe_display"}));
+    p.soupBypassed = true;
+    EXPECT_EQ(kernels(p), (Names{"film_lab_init_pfe", "film_print_cuda_out_pfe_display"}));
+  }
+}
+
 TEST(Plan, GrainAloneByClassAndMode)
 {
   struct Row
