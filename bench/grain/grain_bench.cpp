@@ -63,7 +63,7 @@ void run(benchmark::State& state, const Controls& controls, Content content, boo
   const GrainLaunch launch = plane.launch(bench::height / 3 * (literal ? 1 : 0), rows);
   for ([[maybe_unused]] auto _ : state)
   {
-    literal ? renderGrainLiterally({}, launch) : renderGrain({}, launch);
+    literal ? renderGrainByKernel({}, launch, GrainSearch::Plain) : renderGrain({}, launch);
     synchronize();
   }
   state.counters["ns/px"] =
@@ -94,6 +94,44 @@ void varianceLiteral(benchmark::State& state)
   run(state, {.variance = 1.0}, photo, true);
 }
 BENCHMARK(varianceLiteral)->Unit(benchmark::kMillisecond);
+
+// Three channels of one grain, one after another and together.
+void channels(benchmark::State& state)
+{
+  const tbb::global_control oneThread(tbb::global_control::max_allowed_parallelism, 1);
+  const GrainSettings settings =
+      grainplane::settingsOf(Controls{.variance = static_cast<double>(state.range(1))}, bench::width, bench::height);
+  const grainplane::Tables tables = grainplane::tablesOf(settings);
+  std::vector<grainplane::Bench> planes;
+  planes.reserve(3);
+  std::vector<GrainLaunch> launches;
+  for (const float gain : {1.0f, 0.9f, 0.7f})
+  {
+    Image image = imageOf(photo);
+    for (float& value : image.values)
+      value *= gain;
+    launches.push_back(planes.emplace_back(image, settings, tables).launch());
+  }
+  for ([[maybe_unused]] auto _ : state)
+  {
+    if (state.range(0) != 0)
+      renderGrain({}, launches);
+    else
+      for (const GrainLaunch& launch : launches)
+        renderGrain({}, launch);
+    synchronize();
+  }
+  state.counters["ns/px"] =
+      benchmark::Counter(3.0 * bench::width * bench::height * 1e-9,
+                         benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+BENCHMARK(channels)
+    ->ArgNames({"together", "variance"})
+    ->Unit(benchmark::kMillisecond)
+    ->Args({0, 0})
+    ->Args({1, 0})
+    ->Args({0, 1})
+    ->Args({1, 1});
 
 void size(benchmark::State& state)
 {

@@ -39,10 +39,12 @@ float reachOf(const GrainSettings& s)
   return s.sigma == 0.0f ? s.radius : s.radiusMax;
 }
 
-template <typename Radius>
-void renderTiles(const GrainLaunch& l, const grain::Records& records, const Radius& radius, float tableScale)
+template <int Channels, typename Radius>
+void renderTiles(std::span<const GrainLaunch, Channels> launches, const Radius& radius, float tableScale)
 {
-  const grain::FastPlane<Radius> plane{l, records, radius, tableScale};
+  const GrainLaunch& l = launches[0];
+  const grain::Records records(launches, tableScale, static_cast<int>(extentOf(l).x) + 2);
+  const grain::FastPlanes<Radius, Channels> planes{launches, records, radius, tableScale};
   const int across = (l.width + grain::stripLength - 1) / grain::stripLength;
   const int down = (l.rows + grain::tileRows - 1) / grain::tileRows;
   tbb::parallel_for(tbb::blocked_range<int>(0, across * down),
@@ -53,12 +55,26 @@ void renderTiles(const GrainLaunch& l, const grain::Records& records, const Radi
                       {
                         const int x = i % across * grain::stripLength;
                         const int y = i / across * grain::tileRows;
-                        grain::Tile<Radius>(plane, *memory, x, l.firstRow + y,
-                                            std::min(grain::stripLength, l.width - x),
-                                            std::min(grain::tileRows, l.rows - y))
+                        grain::Tile<Radius, Channels>(planes, *memory, x, l.firstRow + y,
+                                                      std::min(grain::stripLength, l.width - x),
+                                                      std::min(grain::tileRows, l.rows - y))
                             .render();
                       }
                     });
+}
+
+template <typename Radius>
+void renderTiles(std::span<const GrainLaunch> launches, const Radius& radius, float tableScale)
+{
+  switch (launches.size())
+  {
+  case 1:
+    return renderTiles<1>(launches.first<1>(), radius, tableScale);
+  case 2:
+    return renderTiles<2>(launches.first<2>(), radius, tableScale);
+  default:
+    return renderTiles<mostSharedLaunches>(launches.first<mostSharedLaunches>(), radius, tableScale);
+  }
 }
 
 }  // namespace
@@ -75,15 +91,15 @@ bool fastGrainFits(const GrainLaunch& l, float tableScale)
          2.0f * reach * s.invCell + 3.0f < static_cast<float>(grain::mostCells) && tableScale > 0.0f;
 }
 
-void renderGrainFast(const Queue& queue, const GrainLaunch& l, float tableScale)
+void renderGrainFast(const Queue& queue, std::span<const GrainLaunch> launches, float tableScale)
 {
+  const GrainLaunch& l = launches.front();
   const GrainSettings& s = l.settings;
   const LaunchWatch watch(queue, s.sigma == 0.0f ? "render_pixelR" : "render_variance", l.width, l.rows);
-  const grain::Records records(l, tableScale, static_cast<int>(extentOf(l).x) + 2);
   if (s.sigma == 0.0f)
-    renderTiles(l, records, grain::OneRadius{s.radius, s.radiusSquared}, tableScale);
+    renderTiles(launches, grain::OneRadius{s.radius, s.radiusSquared}, tableScale);
   else
-    renderTiles(l, records, grain::VaryingRadius{{s.logSigma, s.logMu, s.radiusMax}, s.radiusMax}, tableScale);
+    renderTiles(launches, grain::VaryingRadius{{s.logSigma, s.logMu, s.radiusMax}, s.radiusMax}, tableScale);
 }
 
 }  // namespace morvellan::MORVELLAN_TARGET

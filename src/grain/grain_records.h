@@ -2,6 +2,9 @@
 // grain. Planes with borders that repeat the edge, so that a sample reads its pixels at a whole-pixel shift.
 #pragma once
 
+#include <array>
+#include <span>
+
 #include "device/memory.h"
 #include "grain/grain.h"
 
@@ -36,16 +39,20 @@ MORVELLAN_INLINE Int largestDrawAtMost(Real chance)
   return select(scaled < Real(4294967296.0f), turned, Int(largestDraw));
 }
 
+// Of launches that share their grain. Rows are given at column 0; a row outside is the edge's, and columns from -border
+// to width + border + lanes are there.
 class Records
 {
 public:
   // `border` pixels left and right; rows need none.
-  Records(const GrainLaunch& launch, float tableScale, int border);
+  Records(std::span<const GrainLaunch> launches, float tableScale, int border);
 
-  // At column 0 of a row; a row outside is the edge's. Columns from -border to width + border + lanes are there.
-  const int* noneRow(int y) const { return none.data() + at(y); }
-  // Without the lowest bits.
-  const int* oneRow(int y) const { return one.data() + at(y); }
+  // Of the channel with the most grains at a pixel; that of one grain without its lowest bits.
+  const int* leastNoneRow(int y) const { return leastNone.data() + at(y); }
+  const int* leastOneRow(int y) const { return leastOne.data() + at(y); }
+
+  // Of each of several channels.
+  const int* noneRow(size_t channel, int y) const { return none[channel].data() + at(y); }
 
 private:
   ptrdiff_t at(int y) const
@@ -53,12 +60,13 @@ private:
     const int row = y < 0 ? 0 : (y < height ? y : height - 1);
     return row * pitch + border;
   }
-  void build(const GrainLaunch& launch, float tableScale, int y) const;
+  void build(std::span<const GrainLaunch> launches, float tableScale, int y) const;
   void repeatEdges(int* row, int width) const;
 
   int height, border;
   ptrdiff_t pitch;
-  Buffer<int> none, one;
+  Buffer<int> leastNone, leastOne;
+  std::array<Buffer<int>, mostSharedLaunches> none;
 };
 
 // The index of image values in tables; NaN and negatives are 0.

@@ -5,49 +5,58 @@
 // yet are packed into a queue. The queue's first grains are then drawn densely; what may hold a second grain waits in
 // another queue until the tile's rows are through. A covered pixel takes part no more: its threshold becomes
 // largestDraw. One hit counts per sample, so the order of cells is free.
+//
+// Channels whose grain lies at the same places are rendered together: a cell is hashed and drawn once, as if for the
+// channel with the most grains in it. A channel has a cell's first grain if the cell's draw is above its own record. So
+// a pixel keeps the largest draw of those whose first grain covers it, which at the end says what is covered in which
+// channel, and below which no draw is of use any more.
 #pragma once
 
 #ifndef MORVELLAN_TARGET_IS_CUDA
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <span>
 #include <vector>
 
 #include "grain/grain_records.h"
+#include "grain/grain_strip.h"
 #include "grain/grain_tile_memory.h"
 #include "grain/radius.h"
 
 namespace morvellan::MORVELLAN_TARGET::grain
 {
 
-// A launch as tiles see it.
-template <typename Radius>
-struct FastPlane
+// Launches that share their grain, as tiles see them.
+template <typename Radius, int Channels>
+struct FastPlanes
 {
-  const GrainLaunch& launch;
+  std::span<const GrainLaunch, Channels> launches;
   const Records& records;
   Radius radius;
   float tableScale;
 };
 
-template <typename Radius>
+template <typename Radius, int Channels>
 class Tile
 {
 public:
-  Tile(const FastPlane<Radius>& plane, TileMemory& memory, int firstX, int firstY, int width, int rows)
-      : p(plane), s(plane.launch.settings), m(memory), x0(firstX), y0(firstY), width(width), rows(rows),
-        span((width + lanes - 1) / lanes * lanes), cellUnit(s.cell * unit)
+  Tile(const FastPlanes<Radius, Channels>& planes, TileMemory& memory, int firstX, int firstY, int width, int rows)
+      : p(planes), s(planes.launches[0].settings), m(memory), x0(firstX), y0(firstY), width(width), rows(rows),
+        span((width + lanes - 1) / lanes * lanes), cellUnit(s.cell * unit), strip(s, p.radius, m, x0, span)
   {
   }
 
   void render()
   {
-    for (int r = 0; r < rows; ++r)
-      std::fill_n(m.hits[r], span, 0);
+    for (int c = 0; c < Channels; ++c)
+      for (int r = 0; r < rows; ++r)
+        std::fill_n(m.hits[c][r], span, 0);
+    const FilterOffset* const offsets = p.launches[0].offsets;
     for (int i = 0; i < s.count; ++i)
-      if (std::isfinite(p.launch.offsets[i].x) && std::isfinite(p.launch.offsets[i].y))
-        sample(p.launch.offsets[i]);
+      if (std::isfinite(offsets[i].x) && std::isfinite(offsets[i].y))
+        sample(offsets[i]);
     finish();
   }
 
@@ -58,94 +67,34 @@ private:
     float distance;
   };
 
+  // The records are those of the pixels that the row's points fall on.
   struct Row
   {
     float gy;
     int firstCell, cells;
-    const int* none;
-    const int* one;
+    const int* leastNone;
+    const int* leastOne;
+    std::array<const int*, Channels> none;
   };
 
   void sample(FilterOffset offset)
   {
-    ox = offset.x;
     oy = offset.y;
     deferred = 0;
-    lookAlongStrip();
+    strip.take(offset.x);
     for (int r = 0; r < rows; ++r)
       prepareRow(r);
-    for (columnBase = 0; columnBase < mostColumns; columnBase += columnsAtOnce)
+    for (columnBase = 0; columnBase < strip.mostColumns(); columnBase += columnsAtOnce)
     {
-      const int count = std::min(columnsAtOnce, mostColumns - columnBase);
-      prepareColumns(count);
+      const int count = std::min(columnsAtOnce, strip.mostColumns() - columnBase);
+      strip.prepareColumns(columnBase, count);
       for (int r = 0; r < rows; ++r)
-        renderRow(r, count);
+        for (const Cell& cell : cellsInReach(rowOf[r], count))
+          renderCell(r, cell);
     }
     drawDeferred();
     for (int r = 0; r < rows; ++r)
       countHits(r);
-  }
-
-  Real gxAt(Real x) const { return Real(ox) + (x + Real(static_cast<float>(x0) + 0.5f)); }
-  Real firstColumn(Real gx) const { return floor((gx - Real(p.radius.reach)) * Real(s.invCell)); }
-
-  // How many columns of cells the pixels of the strip have in reach, and which record is the first of its pixels.
-  void lookAlongStrip()
-  {
-    Int least(mostCells), most(1), leastShift(1 << 24), mostShift(-(1 << 24));
-    for (int i = 0; i < span; i += lanes)
-    {
-      const Int x = laneIndex() + Int(i);
-      const Real gx = gxAt(toReal(x));
-      const Int first = toInt(firstColumn(gx));
-      const Int last = toInt(floor((gx + Real(p.radius.reach)) * Real(s.invCell)));
-      const Int count = max(last - first, Int(1));
-      const Int shift = toInt(floor(gx)) - x;
-      store(m.columnCount + i, count);
-      least = min(least, count);
-      most = max(most, count);
-      leastShift = min(leastShift, shift);
-      mostShift = max(mostShift, shift);
-    }
-    leastColumns = leastOf(least);
-    mostColumns = mostOf(most);
-    shift = leastOf(leastShift);
-    shiftIsOne = shift == mostOf(mostShift);
-  }
-
-  static int leastOf(Int x)
-  {
-    int all[lanes];
-    store(all, x);
-    return *std::min_element(all, all + lanes);
-  }
-
-  static int mostOf(Int x)
-  {
-    int all[lanes];
-    store(all, x);
-    return *std::max_element(all, all + lanes);
-  }
-
-  // The distance, along one axis, of the strip's pixels to a cell; grains lie no nearer, as float operations keep
-  // order.
-  void prepareColumns(int count)
-  {
-    for (int c = 0; c < count; ++c)
-    {
-      Real nearest(3.0e38f);
-      for (int i = 0; i < span; i += lanes)
-      {
-        const Real gx = gxAt(toReal(laneIndex() + Int(i)));
-        const Real cx = firstColumn(gx) + Real(static_cast<float>(columnBase + c));
-        const Real base = cx * Real(s.cell);
-        nearest = min(nearest, max(max(base - gx, gx - (Real(s.cell) + base)), Real(0.0f)));
-        store(m.columns[c] + i, (toWord(toInt(cx)) & Word(65535u)) + Word(s.seed));
-      }
-      float all[lanes];
-      store(all, nearest);
-      columnDistance[c] = *std::min_element(all, all + lanes);
-    }
   }
 
   void prepareRow(int r)
@@ -155,30 +104,26 @@ private:
     row.firstCell = static_cast<int>(std::floor((row.gy - p.radius.reach) * s.invCell));
     row.cells = static_cast<int>(std::floor((row.gy + p.radius.reach) * s.invCell)) - row.firstCell + 1;
     const int y = static_cast<int>(std::floor(row.gy));
-    row.none = p.records.noneRow(y) + shift;
-    row.one = p.records.oneRow(y) + shift;
-    if (!shiftIsOne)
-      shiftPixelByPixel(r, y);
-    std::copy_n(row.none, span, m.threshold[r]);
+    int plane = 0;
+    row.leastNone = atPoints(p.records.leastNoneRow(y), r, plane++);
+    row.leastOne = atPoints(p.records.leastOneRow(y), r, plane++);
+    for (size_t c = 0; c < Channels; ++c)
+      row.none[c] = Channels == 1 ? row.leastNone : atPoints(p.records.noneRow(c, y), r, plane++);
+    std::copy_n(row.leastNone, span, m.threshold[r]);
     std::fill(m.threshold[r] + width, m.threshold[r] + span, largestDraw);
+    if constexpr (Channels > 1)
+      std::fill_n(m.further[r], span, 0u);
   }
 
-  void shiftPixelByPixel(int r, int y)
+  // A row of records, moved so that a point's is found at its pixel's place in the strip. Where the shift differs from
+  // pixel to pixel that takes a copy.
+  const int* atPoints(const int* records, int r, int plane)
   {
+    if (strip.shiftIsOne())
+      return records + strip.shift();
     for (int i = 0; i < span; ++i)
-    {
-      const int column = static_cast<int>(std::floor(ox + (static_cast<float>(x0 + i) + 0.5f)));
-      m.shifted[r][0][i] = p.records.noneRow(y)[column];
-      m.shifted[r][1][i] = p.records.oneRow(y)[column];
-    }
-    rowOf[r].none = m.shifted[r][0];
-    rowOf[r].one = m.shifted[r][1];
-  }
-
-  void renderRow(int r, int columns)
-  {
-    for (const Cell& cell : cellsInReach(rowOf[r], columns))
-      renderCell(r, cell);
+      m.shifted[r][plane][i] = records[strip.planeColumn(i)];
+    return m.shifted[r][plane];
   }
 
   // Nearest first; without those that no grain can reach into the strip from.
@@ -191,7 +136,7 @@ private:
       const float dy = std::max({base - row.gy, row.gy - (s.cell + base), 0.0f});
       for (int c = 0; c < columns; ++c)
       {
-        const float distance = columnDistance[c] * columnDistance[c] + dy * dy;
+        const float distance = strip.distance(c) * strip.distance(c) + dy * dy;
         if (distance < p.radius.mostSquared())
           cells.push_back({c, j, distance});
       }
@@ -202,14 +147,13 @@ private:
 
   void renderCell(int r, const Cell& cell)
   {
-    const Row& row = rowOf[r];
-    const int cy = row.firstCell + cell.row;
+    const int cy = rowOf[r].firstCell + cell.row;
     const uint32_t rowWord = static_cast<uint32_t>(cy) << 16;
     // A cell whose coordinates and seed add up to 0 has a state of its own.
     const bool meetsZero = 0u - (rowWord + s.seed) < 65536u;
     const int column = columnBase + cell.column;
-    const int queued = meetsZero || column >= leastColumns ? queueOccupied<true>(r, cell.column, rowWord)
-                                                           : queueOccupied<false>(r, cell.column, rowWord);
+    const int queued = meetsZero || column >= strip.leastColumns() ? queueOccupied<true>(r, cell.column, rowWord)
+                                                                   : queueOccupied<false>(r, cell.column, rowWord);
     drawFirst(r, column, cell.row, cy, queued);
   }
 
@@ -229,7 +173,7 @@ private:
   {
     const uint32_t* const columns = m.columns[column];
     const int* const threshold = m.threshold[r];
-    const int* const one = rowOf[r].one;
+    const int* const one = rowOf[r].leastOne;
     uint32_t* queue = m.queue;
     Int x = laneIndex();
     for (int i = 0; i < span; i += lanes)
@@ -258,23 +202,24 @@ private:
       const Mask valid = firstLanes(queued - j < lanes ? queued - j : lanes);
       const Word item = load(queue + j);
       const Word x = item & Word(Code::xMask);
-      const Real gx = gxAt(toReal(toInt(x)));
-      const Real cx = firstColumn(gx) + Real(static_cast<float>(column));
+      const Real gx = strip.gxAt(toReal(toInt(x)));
+      const Real cx = strip.firstColumn(gx) + Real(static_cast<float>(column));
       const Word draw = drawOf<true>((toWord(toInt(cx)) & Word(65535u)) + rowWord);
       Word state = draw ^ Word(signBit);
       const Mask hit = drawGrain(state, gx, cx * Real(s.cell), gy, baseY) & valid;
       const Mask more = (toInt(draw) > toInt(item & Word(~Code::xMask))) & valid & !hit;
       // Packed in place: what is written lies before what is still to be read.
       store(queue + hits, packed(x, hit));
+      if constexpr (Channels > 1)
+        store(m.hitDraw + hits, packed(draw, hit));
       hits += countOf(hit);
       store(m.deferredCode + deferred, packed(x | code, more));
       store(m.deferredDraw + deferred, packed(draw, more));
       store(m.deferredState + deferred, packed(state, more));
       deferred += countOf(more);
     }
-    int* const threshold = m.threshold[r];
     for (int j = 0; j < hits; ++j)
-      threshold[queue[j]] = largestDraw;
+      cover(r, queue[j], Channels == 1 ? largestDraw : static_cast<int>(m.hitDraw[j]));
     if (deferred > TileMemory::deferredCapacity - stripLength)
       drawDeferred();
   }
@@ -289,8 +234,17 @@ private:
     return dx * dx + dy * dy < p.radius.nextSquared(state);
   }
 
-  static Int xOf(Word code) { return toInt(code & Word(Code::xMask)); }
-  static Int rowOfCode(Word code) { return toInt(shiftRight<Code::xBits>(code) & Word(tileRows - 1)); }
+  // A pixel that the first grain of a cell with this draw covers. With no channel left to cover it takes part no more.
+  void cover(int r, uint32_t x, int draw)
+  {
+    bool inAll = true;
+    for (size_t c = 0; c < Channels; ++c)
+    {
+      const int none = rowOf[r].none[c][x];
+      inAll = inAll && (none < draw || none == largestDraw);
+    }
+    m.threshold[r][x] = inAll ? largestDraw : draw;
+  }
 
   // Of the cells that wait, those whose pixel a grain has covered meanwhile go.
   void dropCovered()
@@ -302,7 +256,7 @@ private:
       const Word code = select(valid, load(m.deferredCode + j), Word(0u));
       const Word draw = load(m.deferredDraw + j);
       const Word state = load(m.deferredState + j);
-      const Int threshold = gather(m.threshold[0], rowOfCode(code) * Int(TileMemory::row) + xOf(code));
+      const Int threshold = gather(m.threshold[0], Code::rowOf(code) * Int(TileMemory::row) + Code::xOf(code));
       const Mask open = valid & (threshold < Int(largestDraw));
       store(m.deferredCode + kept, packed(code, open));
       store(m.deferredDraw + kept, packed(draw, open));
@@ -320,73 +274,111 @@ private:
     {
       const Mask valid = firstLanes(deferred - j < lanes ? deferred - j : lanes);
       const Word code = select(valid, load(m.deferredCode + j), Word(0u));
-      const Mask hit = drawFurther(code, load(m.deferredDraw + j), load(m.deferredState + j), valid);
-      uint32_t covered[lanes];
-      store(covered, packed(code, hit));
-      for (int k = 0; k < countOf(hit); ++k)
-        m.threshold[covered[k] >> Code::xBits & (tileRows - 1)][covered[k] & Code::xMask] = largestDraw;
+      const ChannelMasks hit = drawFurther(code, load(m.deferredDraw + j), load(m.deferredState + j), valid);
+      for (size_t c = 0; c < Channels; ++c)
+      {
+        uint32_t covered[lanes];
+        store(covered, packed(code, hit[c]));
+        for (int k = 0; k < countOf(hit[c]); ++k)
+          coverFurther(Code::rowOf(covered[k]), Code::xOf(covered[k]), 1u << c);
+      }
     }
     deferred = 0;
   }
 
-  MORVELLAN_INLINE Mask drawFurther(Word code, Word draw, Word state, Mask valid) const
+  // A pixel that a second or further grain covers in one channel.
+  void coverFurther(int r, uint32_t x, uint32_t channel)
   {
-    const Real gx = gxAt(toReal(xOf(code)));
-    const Int row = rowOfCode(code);
-    const Int column = toInt(shiftRight<Code::xBits + Code::rowBits>(code) & Word((1u << Code::columnBits) - 1u));
-    const Int cellRow = toInt(shiftRight<Code::xBits + Code::rowBits + Code::columnBits>(code));
-    const Real gy = Real(oy) + (toReal(row + Int(y0)) + Real(0.5f));
-    const Real cy = floor((gy - Real(p.radius.reach)) * Real(s.invCell)) + toReal(cellRow);
-    const Real baseX = (firstColumn(gx) + toReal(column)) * Real(s.cell);
+    if (Channels == 1 || (m.further[r][x] |= channel) == (1u << Channels) - 1u)
+      m.threshold[r][x] = largestDraw;
+  }
+
+  using ChannelMasks = std::array<Mask, Channels>;
+
+  // The sums of a channel's distribution of grains.
+  struct Distribution
+  {
+    Real lambda, limit, term, sum;
+  };
+
+  Distribution distributionOf(size_t channel, Real gx, Real gy) const
+  {
+    const GrainLaunch& l = p.launches[channel];
+    const Int index = tableIndices(fetch(l.image, toInt(floor(gx)), toInt(floor(gy))), p.tableScale, s.levels);
+    const Real lambda = fetch(l.lambda, index);
+    const Real exp = fetch(l.exp, index);
+    return {lambda, floor(lambda * Real(10000.0f)), exp * lambda, exp + exp * lambda};
+  }
+
+  MORVELLAN_INLINE ChannelMasks drawFurther(Word code, Word draw, Word state, Mask valid) const
+  {
+    const Real gx = strip.gxAt(toReal(Code::xOf(code)));
+    const Real gy = Real(oy) + (toReal(Code::rowOf(code) + Int(y0)) + Real(0.5f));
+    const Real cy = floor((gy - Real(p.radius.reach)) * Real(s.invCell)) + toReal(Code::cellRowOf(code));
+    const Real baseX = (strip.firstColumn(gx) + toReal(Code::columnOf(code))) * Real(s.cell);
     const Real baseY = cy * Real(s.cell);
-    const Real value = fetch(p.launch.image, toInt(floor(gx)), toInt(floor(gy)));
-    const Int index = tableIndices(value, p.tableScale, s.levels);
-    const Real lambda = fetch(p.launch.lambda, index);
-    const Real exp = fetch(p.launch.exp, index);
-    const Real limit = floor(lambda * Real(10000.0f));
     const Real u = toReal(draw ^ Word(signBit)) * Real(unit);
-    Real term = exp * lambda;
-    Real sum = exp + term;
-    // The record of one grain lacks its last bits, so that a cell may be here that has no second grain.
-    Mask drawing = valid & (u > sum) & (limit >= Real(2.0f));
-    Mask covered = firstLanes(0);
-    for (float k = 2.0f; any(drawing); k += 1.0f)
+    std::array<Distribution, Channels> of;
+    ChannelMasks covered, drawing;
+    Mask anyDrawing = firstLanes(0);
+    for (size_t c = 0; c < Channels; ++c)
     {
-      term = term * (lambda / Real(k));
-      sum = sum + term;
-      const Mask hit = drawGrain(state, gx, baseX, gy, baseY) & drawing;
-      covered = covered | hit;
-      drawing = drawing & !hit & (u > sum) & (Real(k) < limit);
+      of[c] = distributionOf(c, gx, gy);
+      // The record of one grain lacks its last bits, so that a cell may be here that has no second grain.
+      drawing[c] = valid & (u > of[c].sum) & (of[c].limit >= Real(2.0f));
+      covered[c] = firstLanes(0);
+      anyDrawing = anyDrawing | drawing[c];
+    }
+    for (float k = 2.0f; any(anyDrawing); k += 1.0f)
+    {
+      const Mask hit = drawGrain(state, gx, baseX, gy, baseY);
+      anyDrawing = firstLanes(0);
+      for (size_t c = 0; c < Channels; ++c)
+      {
+        of[c].term = of[c].term * (of[c].lambda / Real(k));
+        of[c].sum = of[c].sum + of[c].term;
+        covered[c] = covered[c] | (hit & drawing[c]);
+        drawing[c] = drawing[c] & !hit & (u > of[c].sum) & (Real(k) < of[c].limit);
+        anyDrawing = anyDrawing | drawing[c];
+      }
     }
     return covered;
   }
 
-  // A threshold that is no longer the record's is that of a covered pixel.
   void countHits(int r)
   {
     for (int i = 0; i < span; i += lanes)
     {
-      const Mask same = load(m.threshold[r] + i) == load(rowOf[r].none + i);
-      store(m.hits[r] + i, load(m.hits[r] + i) + select(same, Int(0), Int(1)));
+      const Int largest = load(m.threshold[r] + i);
+      for (size_t c = 0; c < Channels; ++c)
+      {
+        Mask covered = largest > load(rowOf[r].none[c] + i);
+        if constexpr (Channels > 1)
+          covered = covered | !((load(m.further[r] + i) & Word(1u << c)) == Word(0u));
+        store(m.hits[c][r] + i, load(m.hits[c][r] + i) + select(covered, Int(1), Int(0)));
+      }
     }
   }
 
   void finish()
   {
-    for (int r = 0; r < rows; ++r)
-    {
-      const ptrdiff_t first = static_cast<ptrdiff_t>(y0 + r) * p.launch.width + x0;
-      for (int i = 0; i < width; i += lanes)
+    for (size_t c = 0; c < Channels; ++c)
+      for (int r = 0; r < rows; ++r)
       {
-        const Pixels at{x0 + i, y0 + r, first + i, std::min(lanes, width - i)};
-        const Real hits = toReal(load(m.hits[r] + i));
-        storePlane(p.launch.destination, at,
-                   hits * Real(s.strengthPerCount) + loadPlane(p.launch.image.values, at) * Real(s.blendKeep));
+        const GrainLaunch& l = p.launches[c];
+        const ptrdiff_t first = static_cast<ptrdiff_t>(y0 + r) * l.width + x0;
+        for (int i = 0; i < width; i += lanes)
+        {
+          const Pixels at{x0 + i, y0 + r, first + i, std::min(lanes, width - i)};
+          const Real hits = toReal(load(m.hits[c][r] + i));
+          storePlane(l.destination, at,
+                     hits * Real(l.settings.strengthPerCount) +
+                         loadPlane(l.image.values, at) * Real(l.settings.blendKeep));
+        }
       }
-    }
   }
 
-  const FastPlane<Radius>& p;
+  const FastPlanes<Radius, Channels>& p;
   const GrainSettings& s;
   TileMemory& m;
   const int x0, y0, width, rows, span;
@@ -394,11 +386,9 @@ private:
   const float cellUnit;
 
   // The sample.
-  float ox = 0.0f, oy = 0.0f;
-  int leastColumns = 0, mostColumns = 0, columnBase = 0;
-  int shift = 0;
-  bool shiftIsOne = true;
-  float columnDistance[columnsAtOnce] = {};
+  Strip<Radius> strip;
+  float oy = 0.0f;
+  int columnBase = 0;
   Row rowOf[tileRows] = {};
   std::vector<Cell> cells;
   int deferred = 0;

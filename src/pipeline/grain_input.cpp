@@ -59,19 +59,18 @@ GrainInput::GrainInput(const GrainShare& dealt, const GrainSettings& values, con
   copy(offsets.data(), list.data(), list.size() * sizeof(FilterOffset), CopyKind::Default);
 }
 
-void GrainInput::render(LaunchObserver* observer) const
+GrainLaunch GrainInput::launch() const
 {
-  renderGrain({.device = share.device, .observer = observer},
-              {.image = {.values = image.data(), .width = width, .height = height},
-               .lambda = lambda.texture(),
-               .exp = exp.texture(),
-               .offsets = offsets.data(),
-               .destination = privatePlane ? privatePlane.data() : plane,
-               .width = width,
-               .height = height,
-               .firstRow = share.firstRow,
-               .rows = share.rows,
-               .settings = settings});
+  return {.image = {.values = image.data(), .width = width, .height = height},
+          .lambda = lambda.texture(),
+          .exp = exp.texture(),
+          .offsets = offsets.data(),
+          .destination = privatePlane ? privatePlane.data() : plane,
+          .width = width,
+          .height = height,
+          .firstRow = share.firstRow,
+          .rows = share.rows,
+          .settings = settings};
 }
 
 void GrainInput::collect()

@@ -34,7 +34,8 @@ public:
 
   int device() const { return share.device; }
   GrainChannel channel() const { return share.channel; }
-  void render(LaunchObserver* observer) const;
+  // What renders it.
+  GrainLaunch launch() const;
   // Brings the rows home where the device rendered them into a private plane, and frees that.
   void collect();
 

@@ -21,6 +21,26 @@ std::vector<GrainShare> sharesOf(const FrameParams& p, int height)
                    {.red = p.gpuRed, .green = p.gpuGreen, .blue = p.gpuBlue, .count = p.gpuCount}, height);
 }
 
+// In the order given, but planes of one device whose grain lies at the same places together.
+void renderAll(const std::vector<GrainInput>& inputs, LaunchObserver* observer)
+{
+  std::vector<bool> rendered(inputs.size());
+  for (size_t i = 0; i < inputs.size(); ++i)
+  {
+    if (rendered[i])
+      continue;
+    std::vector<GrainLaunch> launches{inputs[i].launch()};
+    for (size_t j = i + 1; j < inputs.size(); ++j)
+      if (inputs[j].device() == inputs[i].device() && sharesGrain(inputs[j].launch(), launches.front()))
+      {
+        launches.push_back(inputs[j].launch());
+        rendered[j] = true;
+      }
+    makeCurrent(inputs[i].device());
+    renderGrain({.device = inputs[i].device(), .observer = observer}, launches);
+  }
+}
+
 }  // namespace
 
 std::vector<GrainInput> grainStage(LaunchObserver* observer, const FrameParams& params,
@@ -36,11 +56,7 @@ std::vector<GrainInput> grainStage(LaunchObserver* observer, const FrameParams& 
     inputs.emplace_back(share, settings, params, planes[static_cast<size_t>(share.channel)], width, height,
                         params.gpuRed);
   }
-  for (const GrainInput& input : inputs)
-  {
-    makeCurrent(input.device());
-    input.render(observer);
-  }
+  renderAll(inputs, observer);
   for (GrainInput& input : inputs)
     if (input.device() != params.gpuRed)
     {

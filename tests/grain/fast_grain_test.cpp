@@ -44,6 +44,94 @@ int differences(int width, int height, const Controls& controls)
   return differences(mixed(width, height), settingsOf(controls, width, height));
 }
 
+// The same for planes that are rendered together, each with a strength of its own.
+int differencesTogether(const std::vector<Image>& images, const GrainSettings& settings)
+{
+  std::vector<GrainSettings> all(images.size(), settings);
+  std::vector<grainplane::Bench> planes;
+  planes.reserve(images.size());
+  std::vector<GrainLaunch> launches;
+  for (size_t c = 0; c < images.size(); ++c)
+  {
+    all[c].strengthPerCount *= 1.0f - 0.3f * static_cast<float>(c);
+    launches.push_back(planes.emplace_back(images[c], all[c], tablesOf(settings)).launch());
+    EXPECT_TRUE(sharesGrain(launches.front(), launches.back()));
+  }
+  renderGrain({}, launches);
+  int wrong = 0;
+  for (size_t c = 0; c < images.size(); ++c)
+  {
+    const std::vector<float> expected = renderedLiterally(images[c], all[c]);
+    const std::vector<float> actual = planes[c].result();
+    for (size_t i = 0; i < expected.size(); ++i)
+      wrong += std::bit_cast<uint32_t>(expected[i]) != std::bit_cast<uint32_t>(actual[i]) ? 1 : 0;
+  }
+  return wrong;
+}
+
+// A picture's channels: neighbours of each other here, far apart or no numbers there.
+std::vector<Image> channelsOf(int width, int height, size_t count)
+{
+  std::vector<Image> images(count, mixed(width, height));
+  for (size_t c = 0; c < count; ++c)
+    for (size_t i = 0; i < images[c].values.size(); ++i)
+    {
+      float& value = images[c].values[i];
+      value = i / 200 % 2 == 0 ? value * (1.0f - 0.2f * static_cast<float>(c))
+                               : static_cast<float>((i * 2654435761u + c * 40503u) >> 9 & 0xfff) / 4095.0f;
+      if (i % 97 == c)
+        value = std::numeric_limits<float>::quiet_NaN();
+    }
+  return images;
+}
+
+ENGINE_TEST(FastGrain, channelsTogether)
+{
+  for (const auto& [width, height] : {std::pair{3, 2}, {70, 18}, {961, 9}, {1100, 3}})
+    for (const size_t channels : {2u, 3u})
+      for (const double variance : {0.0, 1.0})
+        EXPECT_EQ(
+            differencesTogether(channelsOf(width, height, channels), settingsOf({.variance = variance}, width, height)),
+            0)
+            << width << "x" << height << ", " << channels << " channels, variance " << variance;
+}
+
+ENGINE_TEST(FastGrain, channelsTogetherWithGrainsOfEverySize)
+{
+  for (const double size : {5.0, 20.0, 50.0})
+    for (const double variance : {0.0, 2.0})
+      EXPECT_EQ(differencesTogether(channelsOf(70, 12, 3), settingsOf({.size = size, .variance = variance}, 70, 12)), 0)
+          << size << " " << variance;
+  for (const int picture : {50, 700, 8192})
+    EXPECT_EQ(differencesTogether(channelsOf(50, 11, 3), settingsOf({.soft = 4.0, .picture = picture}, 50, 11)), 0)
+        << picture;
+  EXPECT_EQ(differencesTogether(channelsOf(9000, 1, 3), settingsOf({.granularity = 1.0}, 9000, 1)), 0);
+  EXPECT_EQ(differencesTogether(channelsOf(90, 20, 3), settingsOf({.seed = 0u}, 90, 20)), 0);
+}
+
+ENGINE_TEST(FastGrain, onlyEqualGrainIsShared)
+{
+  const Image image = flat(8, 8, 0.5f);
+  const auto launchOf = [&](const Controls& controls)
+  { return grainplane::Bench(image, settingsOf(controls, 8, 8), {}).launch(); };
+  EXPECT_TRUE(sharesGrain(launchOf({}), launchOf({.strength = 3.0})));
+  for (const Controls& other : {Controls{.size = 20.0},
+                                {.variance = 1.0},
+                                {.soft = 1.0},
+                                {.granularity = 4.0},
+                                {.picture = 4096},
+                                {.seed = 7u},
+                                {.levels = 2047}})
+    EXPECT_FALSE(sharesGrain(launchOf({}), launchOf(other)));
+  // A law that is not in use keeps the values of an earlier frame.
+  GrainLaunch stale = launchOf({});
+  stale.settings.logMu = stale.settings.radiusMax = 5.0f;
+  EXPECT_TRUE(sharesGrain(launchOf({}), stale));
+  GrainLaunch half = launchOf({});
+  half.rows = 4;
+  EXPECT_FALSE(sharesGrain(launchOf({}), half));
+}
+
 ENGINE_TEST(FastGrain, sizesOfThePicture)
 {
   for (const auto& [width, height] : {std::pair{2, 2}, {3, 70}, {17, 9}, {960, 2}, {961, 3}, {1100, 8}, {70, 17}})
@@ -108,6 +196,22 @@ ENGINE_TEST(FastGrain, awkwardPlanes)
     image.values[i] = values[i / 3 % std::size(values)];
   for (const double strength : {2.0, 10.0})
     EXPECT_EQ(differences(image, settingsOf({.size = 20.0, .strength = strength}, 90, 20)), 0) << strength;
+}
+
+// The kernel of GPUs, on one lane.
+ENGINE_TEST(FastGrain, occupiedCellsFirstIsTheSameGrain)
+{
+  for (const double size : {0.01, 20.0, 50.0})
+    for (const double variance : {0.0, 1.0, 10.0})
+      for (const uint32_t seed : {0u, 61u, 12345u})
+      {
+        const Image image = mixed(40, 12);
+        const GrainSettings settings =
+            settingsOf({.size = size, .variance = variance, .granularity = 2.0, .seed = seed}, 40, 12);
+        const grainplane::Bench bench(image, settings, tablesOf(settings));
+        renderGrainByKernel({}, bench.launch(), GrainSearch::OccupiedFirst);
+        EXPECT_EQ(bench.result(), renderedLiterally(image, settings)) << size << " " << variance << " " << seed;
+      }
 }
 
 // Far from the origin floats are coarse, and neighbouring pixels see different numbers of columns.

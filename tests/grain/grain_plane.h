@@ -136,7 +136,7 @@ inline std::vector<float> rendered(const Image& image, const GrainSettings& sett
 inline std::vector<float> renderedLiterally(const Image& image, const GrainSettings& settings)
 {
   const Bench bench(image, settings, tablesOf(settings));
-  renderGrainLiterally({}, bench.launch());
+  renderGrainByKernel({}, bench.launch(), GrainSearch::Plain);
   return bench.result();
 }
 
