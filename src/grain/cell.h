@@ -70,6 +70,15 @@ MORVELLAN_INLINE W step(W s)
   return s ^ shiftLeft<5>(s);
 }
 
+// The next state with the bits of `turned` turned over.
+template <typename W>
+MORVELLAN_INLINE W step(W s, W turned)
+{
+  s = s ^ shiftLeft<13>(s);
+  s = s ^ shiftRight<17>(s);
+  return exclusiveOr(s, shiftLeft<5>(s), turned);
+}
+
 }  // namespace grain
 
 }  // namespace morvellan::MORVELLAN_TARGET

@@ -99,7 +99,8 @@ void renderGrainFast(const Queue& queue, std::span<const GrainLaunch> launches, 
   if (s.sigma == 0.0f)
     renderTiles(launches, grain::OneRadius{s.radius, s.radiusSquared}, tableScale);
   else
-    renderTiles(launches, grain::VaryingRadius{{s.logSigma, s.logMu, s.radiusMax}, s.radiusMax}, tableScale);
+    renderTiles(launches, grain::VaryingRadius{grain::radiusLaw(s.logSigma, s.logMu, s.radiusMax), s.radiusMax},
+                tableScale);
 }
 
 }  // namespace morvellan::MORVELLAN_TARGET

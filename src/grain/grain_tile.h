@@ -164,7 +164,7 @@ private:
     Word state = hash(cs);
     if constexpr (Careful)
       state = select(cs == Word(0u), Word(stateOfZero), state);
-    return step(state) ^ Word(signBit);
+    return step(state, Word(signBit));
   }
 
   // Every pixel's cell is hashed, and the occupied ones are queued.

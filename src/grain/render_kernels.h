@@ -240,8 +240,8 @@ struct render_variance
 
   MORVELLAN_KERNEL void operator()(Pixels at) const
   {
-    grain::renderPixels<Search>(plane,
-                                grain::VaryingRadius{{grainLogSigma, grainLogMu, grainRadiusMax}, grainRadiusMax}, at);
+    grain::renderPixels<Search>(
+        plane, grain::VaryingRadius{grain::radiusLaw(grainLogSigma, grainLogMu, grainRadiusMax), grainRadiusMax}, at);
   }
 };
 

@@ -7,6 +7,7 @@
 #include <numeric>
 
 #include "grain/cell.h"
+#include "grain/radius.h"
 #include "tests/grain/grain_plane.h"
 #include "tests/support/engine_test.h"
 
@@ -220,6 +221,31 @@ ENGINE_TEST(Grain, filterOffsetsByValue)
   EXPECT_FLOAT_EQ(offsets[0].y, -0.16213493f);
   EXPECT_FLOAT_EQ(offsets[1].x, -0.199980572f);
   EXPECT_FLOAT_EQ(offsets[1].y, -0.0555470958f);
+}
+
+// The law in double, from the numbers as the model has them.
+ENGINE_TEST(Grain, radiiFollowTheirLaw)
+{
+  const grain::RadiusLaw law = grain::radiusLaw(0.3f, -6.2f, 0.005f);
+  uint32_t state = 1u;
+  for (int i = 0; i < 20000; i += lanes)
+  {
+    uint32_t size[lanes], angle[lanes];
+    for (int lane = 0; lane < lanes; ++lane)
+    {
+      size[lane] = state = grain::step(OneWord(state)).v;
+      angle[lane] = state = grain::step(OneWord(state)).v;
+    }
+    float radius[lanes];
+    store(radius, grain::radiusOf(law, load(size), load(angle)));
+    for (int lane = 0; lane < lanes; ++lane)
+    {
+      const double normal = std::sqrt(-2.0 * std::log(static_cast<double>(static_cast<float>(size[lane])) * 0x1p-32)) *
+                            std::cos(static_cast<double>(static_cast<float>(angle[lane])) * 1.46291812e-09);
+      const double expected = std::min(std::exp(normal * 0.3f + -6.2f), 0.005);
+      ASSERT_NEAR(radius[lane] / expected, 1.0, 3e-6) << size[lane] << " " << angle[lane];
+    }
+  }
 }
 
 std::vector<float> parityPlane(double size, double variance)
