@@ -163,10 +163,34 @@ ENGINE_TEST(GrainStage, channelsThatAgreeHaveOneGrain)
     frame.source[c] = frame.source[0];
   }
   frame.params.grainSeedGreen = frame.params.grainSeedBlue = frame.params.grainSeedRed;
-  const auto planes = frame.render();
+  Launches launches;
+  const auto planes = frame.render(&launches);
+#ifndef MORVELLAN_TARGET_IS_CUDA
+  EXPECT_EQ(launches.text, "render_pixelR 50x23\n") << "one walk for all";
+#endif
   EXPECT_EQ(frame.params.greenLambda, frame.params.redLambda);
   EXPECT_EQ(planes[1], planes[0]);
   EXPECT_EQ(planes[2], planes[0]);
+}
+
+// Rendered together or each alone, with green's strength or size its own.
+ENGINE_TEST(GrainStage, sharedGrainIsThatOfEachChannel)
+{
+  for (const double greenSize : {5.0, 20.0})
+  {
+    Frame frame;
+    frame.params.grainSeedGreen = frame.params.grainSeedBlue = frame.params.grainSeedRed;
+    for (size_t c = 0; c < 3; ++c)
+      frame.setChannel(
+          c, {.size = c == 1 ? greenSize : 5.0, .strength = c == 1 ? 3.0 : 8.0, .levels = frame.params.grainLevels});
+    const auto together = frame.render();
+    for (size_t c = 0; c < 3; ++c)
+    {
+      for (size_t other = 0; other < 3; ++other)
+        frame.params.grainChannelOn[other] = other == c ? 1 : 0;
+      EXPECT_EQ(frame.render()[c], together[c]) << c << ", size of green " << greenSize;
+    }
+  }
 }
 
 ENGINE_TEST(GrainStage, luminanceRendersTheFirstPlane)
