@@ -196,8 +196,7 @@ ENGINE_TEST(GrainExpand, AlphaComesFromItsPlaneOrIsOne)
   EXPECT_FALSE(launchDisplayExpand(Queue{}, "lin_grain_soup_expand", planes.frames(frame, 4), {}, false));
 }
 
-// The density curve rounds apart on targets with fused products.
-PARITY(grain_expand, .relative = 1e-5f, .absolute = 2e-6f, .outliers = 2e-3)
+PARITY(grain_expand)
 {
   const Planes planes = compressed(settings::everyHue(3000));
   Values all;

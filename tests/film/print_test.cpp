@@ -221,8 +221,7 @@ ENGINE_TEST(Print, GreysThroughAStockRise)
   }
 }
 
-// The attributes and the density curve round apart on targets with fused products.
-PARITY(print, .relative = 3e-5f, .absolute = 5e-6f, .outliers = 1e-3)
+PARITY(print)
 {
   PrintSettings s = graded(7);
   const std::vector<RefinementSettings> refinements = settings::refinements(printRefinements);
