@@ -113,13 +113,18 @@ OCIO::TransformRcPtr builtin(const char* style, OCIO::TransformDirection directi
   return transform;
 }
 
-void openColorIo(benchmark::State& state, const std::vector<const char*>& styles, const char* back)
+OCIO::GroupTransformRcPtr groupOf(const std::vector<const char*>& styles, const char* back)
 {
   const OCIO::GroupTransformRcPtr group = OCIO::GroupTransform::Create();
   for (const char* style : styles)
     group->appendTransform(builtin(style));
   if (back)
     group->appendTransform(builtin(back, OCIO::TRANSFORM_DIR_INVERSE));
+  return group;
+}
+
+void timeOf(benchmark::State& state, const OCIO::GroupTransformRcPtr& group)
+{
   const OCIO::ConstConfigRcPtr config = OCIO::Config::CreateRaw();
   const OCIO::ConstCPUProcessorRcPtr processor = config->getProcessor(group)->getOptimizedCPUProcessor(
       OCIO::BIT_DEPTH_F32, OCIO::BIT_DEPTH_F32, OCIO::OPTIMIZATION_DEFAULT);
@@ -130,6 +135,11 @@ void openColorIo(benchmark::State& state, const std::vector<const char*>& styles
     processor->apply(source, destination);
   perPixel(state);
 }
+
+void openColorIo(benchmark::State& state, const std::vector<const char*>& styles, const char* back)
+{
+  timeOf(state, groupOf(styles, back));
+}
 BENCHMARK_CAPTURE(openColorIo, LogC3, {"ARRI_ALEXA-LOGC-EI800-AWG_to_ACES2065-1"}, "ACEScg_to_ACES2065-1")
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(openColorIo, SLog3, {"SONY_SLOG3-SGAMUT3-VENICE_to_ACES2065-1"}, "ACEScg_to_ACES2065-1")
@@ -138,6 +148,17 @@ BENCHMARK_CAPTURE(openColorIo, ACEScct, {"ACEScct_to_ACES2065-1"}, "ACEScg_to_AC
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(openColorIo, PQ, {"CURVE - ST-2084_to_LINEAR", "UTILITY - ACES-AP0_to_CIE-XYZ-D65_BFD"}, nullptr)
     ->Unit(benchmark::kMillisecond);
+
+// What index 42 is: PQ, the inverse of the system gamma 1.2 and the matrix. openColorIo/PQ is the curve and the matrix.
+void openColorIoPqOfScene(benchmark::State& state)
+{
+  const OCIO::GroupTransformRcPtr group = groupOf({"CURVE - ST-2084_to_LINEAR"}, nullptr);
+  const double gamma = 1.0 / 1.2;
+  group->appendTransform(OCIO::FixedFunctionTransform::Create(OCIO::FIXED_FUNCTION_REC2100_SURROUND, &gamma, 1));
+  group->appendTransform(builtin("UTILITY - ACES-AP0_to_CIE-XYZ-D65_BFD"));
+  timeOf(state, group);
+}
+BENCHMARK(openColorIoPqOfScene)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(openColorIo, LogToLog, {"ARRI_ALEXA-LOGC-EI800-AWG_to_ACES2065-1"}, "ACEScct_to_ACES2065-1")
     ->Unit(benchmark::kMillisecond);
 

@@ -16,11 +16,9 @@ namespace
 
 using params::Rgb;
 using params::TestPage;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
 std::string abortedAt(int number)
 {

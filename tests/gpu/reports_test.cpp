@@ -219,16 +219,16 @@ TEST(ClipInfo, EveryWord)
         std::pair{"OfxBitDepthShort", "RGBA - 16u BitDepthUShort\n"},
         std::pair{"OfxBitDepthHalf", "RGBA - 16f BitDepthHalf\n"},
         std::pair{"OfxBitDepthCustom", "RGBA - BitDepthCustom\n"}, std::pair{"", "RGBA[Unknown bit depth]\n"}})
-    EXPECT_THAT(with([&](ClipFacts& clip) { clip.pixelDepth = value; }), HasSubstr(shown));
+    EXPECT_THAT(with([&, text = value](ClipFacts& clip) { clip.pixelDepth = text; }), HasSubstr(shown));
   for (const auto& [value, shown] :
        {std::pair{"OfxImageOpaque", ": Opaque\n"}, std::pair{"OfxImageAlphaUnPremultiplied", ": UnPreMultiplied\n"},
         std::pair{"?", ": [Unknown premult]\n"}})
-    EXPECT_THAT(with([&](ClipFacts& clip) { clip.premultiplication = value; }), HasSubstr(shown));
+    EXPECT_THAT(with([&, text = value](ClipFacts& clip) { clip.premultiplication = text; }), HasSubstr(shown));
   for (const auto& [value, shown] :
        {std::pair{"OfxFieldBoth", ": Both\n"}, std::pair{"OfxFieldLower", ": Lower\n"},
         std::pair{"OfxFieldUpper", ": Upper\n"}, std::pair{"OfxFieldSingle", ": Single\n"},
         std::pair{"OfxFieldDoubled", ": Doubled\n"}, std::pair{"", ": [Unknown field order]\n"}})
-    EXPECT_THAT(with([&](ClipFacts& clip) { clip.fieldOrder = value; }), HasSubstr(shown));
+    EXPECT_THAT(with([&, text = value](ClipFacts& clip) { clip.fieldOrder = text; }), HasSubstr(shown));
   EXPECT_THAT(with([](ClipFacts& clip) { clip.components = "OfxImageComponentNone"; }), HasSubstr("    None - 32f"));
 }
 

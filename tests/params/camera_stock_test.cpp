@@ -17,7 +17,6 @@ namespace morvellan::params
 {
 namespace
 {
-using testing::Each;
 using testing::ElementsAre;
 
 constexpr int lastStock = 24;

@@ -13,7 +13,6 @@ namespace morvellan::params
 {
 namespace
 {
-using testing::DoubleNear;
 using testing::ElementsAre;
 
 void expectColour(const Rgb& actual, const Rgb& expected)

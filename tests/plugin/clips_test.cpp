@@ -10,7 +10,6 @@ namespace
 
 using host::EffectInstance;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr std::array sizes{"SourceWidth", "SourceHeight", "SourceWidthOffset", "SourceHeightOffset",
                            "TargetWidth", "TargetHeight", "TargetWidthOffset", "TargetHeightOffset"};

@@ -9,7 +9,6 @@ namespace morvellan::test
 namespace
 {
 
-using host::Clip;
 using host::Param;
 using host::PropertySet;
 using testing::ElementsAre;

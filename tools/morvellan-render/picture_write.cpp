@@ -24,7 +24,6 @@ namespace morvellan::tool
 namespace
 {
 
-using host::Components;
 using host::Frame;
 using OIIO::ImageSpec;
 using OIIO::TypeDesc;
@@ -267,6 +266,7 @@ void OutputFormat::require(OutputDepth depth) const
   if (std::find(depths.begin(), depths.end(), depth) == depths.end())
   {
     std::vector<const char*> names;
+    names.reserve(depths.size());
     for (const OutputDepth held : depths)
     {
       names.push_back(factsOf(held).name);

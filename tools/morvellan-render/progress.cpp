@@ -2,6 +2,7 @@
 #include "progress.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 #include <unistd.h>
@@ -87,7 +88,7 @@ void Progress::drawBar()
   if (done_ > 0 && seconds > 0.0)
   {
     const double rate = static_cast<double>(done_) / seconds;
-    const auto left = static_cast<int>(static_cast<double>(frames_ - done_) / rate + 0.5);
+    const auto left = std::lround(static_cast<double>(frames_ - done_) / rate);
     tail = fmt::format("  {:.2f} frames/s  {}:{:02} left", rate, left / 60, left % 60);
   }
   fmt::print(stderr, "\r\033[K[{:#<{}}{:.<{}}] {}/{}{}", "", filled, "", cells - filled, done_, frames_, tail);

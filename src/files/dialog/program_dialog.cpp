@@ -76,6 +76,7 @@ std::optional<Outcome> runProgram(const fs::path& program, std::vector<std::stri
 {
   words.insert(words.begin(), program.string());
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words)
     arguments.push_back(word.data());
   arguments.push_back(nullptr);

@@ -12,7 +12,10 @@ void buildProductTable(ProductTable& table)
   {
     const float fraction = static_cast<float>(a) * (1.0f / 255.0f);
     for (std::size_t b = 0; b < 256; ++b)
-      table[a * 256 + b] = static_cast<std::uint8_t>(static_cast<float>(b) * fraction + 0.5f);
+    {
+      const float rounded = static_cast<float>(b) * fraction + 0.5f;
+      table[a * 256 + b] = static_cast<std::uint8_t>(rounded);
+    }
   }
 }
 

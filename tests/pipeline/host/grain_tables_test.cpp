@@ -97,8 +97,7 @@ TEST(ProductTable, RoundsEveryProduct)
   EXPECT_EQ((*table)[0], 0);
   for (int a = 0; a < 256; ++a)
     for (int b = 0; b < 256; ++b)
-      ASSERT_EQ((*table)[static_cast<std::size_t>(a * 256 + b)], static_cast<int>(a / 255.0 * b + 0.5))
-          << a << " " << b;
+      ASSERT_EQ((*table)[static_cast<std::size_t>(a * 256 + b)], std::lround(a / 255.0 * b)) << a << " " << b;
 }
 
 }  // namespace

@@ -122,8 +122,9 @@ void PropertySet::define(std::string_view name, Access access, PropertyValues va
   {
     throw std::logic_error(fmt::format("{} has {} values, not {}", name, dimension, sizeOf(values)));
   }
-  properties_.insert_or_assign(
-      std::string(name), Property{.values = values, .defaults = values, .dimension = dimension, .access = access});
+  Property property{.values = std::move(values), .defaults = {}, .dimension = dimension, .access = access};
+  property.defaults = property.values;
+  properties_.insert_or_assign(std::string(name), std::move(property));
 }
 
 void PropertySet::copyFrom(const PropertySet& other, const std::vector<std::string_view>& writable)
@@ -276,7 +277,7 @@ OfxStatus PropertySet::pluginSet(const char* call, const char* name, int index, 
         return wrong(call, name, "a text is null", kOfxStatErrValue);
       }
     }
-    const auto needed = static_cast<std::size_t>(index + count);
+    const auto needed = static_cast<std::size_t>(index) + static_cast<std::size_t>(count);
     if (list->size() < needed)
     {
       list->resize(needed);
