@@ -115,7 +115,7 @@ OCIO::TransformRcPtr builtin(const char* style, OCIO::TransformDirection directi
 
 OCIO::GroupTransformRcPtr groupOf(const std::vector<const char*>& styles, const char* back)
 {
-  const OCIO::GroupTransformRcPtr group = OCIO::GroupTransform::Create();
+  OCIO::GroupTransformRcPtr group = OCIO::GroupTransform::Create();
   for (const char* style : styles)
     group->appendTransform(builtin(style));
   if (back)

@@ -25,7 +25,7 @@ enum Content
 // A picture-like plane: slopes with texture, from black to white.
 Image imageOf(Content content)
 {
-  const Image image =
+  Image image =
       grainplane::flat(bench::width, bench::height, content == dark ? 0.18f : (content == middle ? 0.5f : 0.9f));
   if (content != photo)
     return image;
@@ -33,7 +33,8 @@ Image imageOf(Content content)
   for (size_t i = 0; i < picture.values.size(); ++i)
   {
     const auto x = static_cast<float>(i % bench::width) / bench::width;
-    const auto y = static_cast<float>(i / bench::width) / bench::height;
+    const size_t row = i / bench::width;
+    const auto y = static_cast<float>(row) / bench::height;
     const auto noise = static_cast<float>((i * 2654435761u) >> 8 & 0xffff) / 65535.0f;
     picture.values[i] = 0.05f + 0.6f * x * y + 0.2f * (1.0f - y) + 0.1f * noise;
   }

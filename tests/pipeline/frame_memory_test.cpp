@@ -73,7 +73,7 @@ public:
   {
     size_t bytes;
     MemoryKind kind;
-    auto operator<=>(const Block&) const = default;
+    auto operator<=>(const Block&) const = default;  // NOLINT(modernize-use-nullptr): none is written here
   };
   std::vector<Block> blocks;     // in the order in which they were taken
   std::vector<size_t> returned;  // in the order in which they were given back

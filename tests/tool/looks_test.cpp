@@ -13,7 +13,6 @@ namespace morvellan::test
 namespace
 {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
 namespace fs = std::filesystem;
 
