@@ -105,42 +105,34 @@ private:
     return count_ > 0;
   }
 
+  // Whether NVAPI is up.
   bool startNvapi()
   {
-    if (!platform_.nvapiLoad())
-    {
-      describeDriverOr("\n    Morvellan : Failed to find nVidia's NVAPI Library");
-      return false;
-    }
-    if (const int status = platform_.nvapiInitialise(); status != 0)
-    {
-      describeDriverOr(fmt::format("\n    Morvellan : Failed to load nVidia's NVAPI Library. Error : {}",
-                                   platform_.nvapiErrorText(status)));
-      return false;
-    }
-    unsigned version = 0;
-    if (const int status = platform_.nvapiDriverVersion(version); status != 0)
-      describeDriverOr(
-          fmt::format("\n    Morvellan : Failed to retrieve the nVidia Graphics Driver version. Error : {}",
-                      platform_.nvapiErrorText(status)));
+    const DriverAnswer answer = askDriverVersion(platform_);
+    if (answer.version)
+      text_ += fmt::format("\n    Morvellan : nVidia Graphics Driver ver : {}.{}{}", answer.version->major,
+                           answer.version->minor, sectionEnd);
     else
-      describeDriver(DriverVersion{version / 100, version % 100});
-    return true;
+      text_ += nvapiFailure(answer);
+    return answer.nvapiIsUp();
   }
 
-  // NVAPI's failure, unless NVML stands in for it.
-  void describeDriverOr(const std::string& failure)
+  std::string nvapiFailure(const DriverAnswer& answer)
   {
-    if (const std::optional<DriverVersion> version = driverVersionFromNvml(platform_))
-      describeDriver(*version);
-    else
-      text_ += failure;
-  }
-
-  void describeDriver(DriverVersion version)
-  {
-    text_ +=
-        fmt::format("\n    Morvellan : nVidia Graphics Driver ver : {}.{}{}", version.major, version.minor, sectionEnd);
+    switch (answer.failed)
+    {
+    case NvapiStep::find:
+      return "\n    Morvellan : Failed to find nVidia's NVAPI Library";
+    case NvapiStep::load:
+      return fmt::format("\n    Morvellan : Failed to load nVidia's NVAPI Library. Error : {}",
+                         platform_.nvapiErrorText(answer.status));
+    case NvapiStep::version:
+      return fmt::format("\n    Morvellan : Failed to retrieve the nVidia Graphics Driver version. Error : {}",
+                         platform_.nvapiErrorText(answer.status));
+    case NvapiStep::done:
+      break;
+    }
+    return {};
   }
 
   void describeDevices(bool nvapi)

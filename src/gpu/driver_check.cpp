@@ -1,5 +1,4 @@
-// The driver must be 527.41 or later. Its version comes from NVAPI, or where the system's driver ships without it,
-// from NVML.
+// The driver must be 527.41 or later.
 #include <fmt/format.h>
 
 #include "gpu/discovery.h"
@@ -12,24 +11,20 @@ namespace
 
 constexpr DriverVersion leastVersion{527, 41};
 
-struct NvapiAnswer
+std::string_view failureMessage(NvapiStep failed)
 {
-  std::optional<DriverVersion> version = {};
-  std::string_view failure = {};
-};
-
-NvapiAnswer versionFromNvapi(GpuPlatform& platform)
-{
-  if (!platform.nvapiLoad())
-    return {.failure = "Morvellan : Failed to find nVidia's NVAPI Library. Unable to process Clips"};
-  if (platform.nvapiInitialise() != 0)
-    return {.failure = "Morvellan : Failed to load nVidia's NVAPI Library. Unable to process Clips"};
-  unsigned number = 0;
-  const int status = platform.nvapiDriverVersion(number);
-  platform.nvapiUnload();
-  if (status != 0)
-    return {.failure = "Morvellan : Failed to retrieve the nVidia Graphics Driver version. Unable to process Clips"};
-  return {.version = DriverVersion{number / 100, number % 100}};
+  switch (failed)
+  {
+  case NvapiStep::find:
+    return "Morvellan : Failed to find nVidia's NVAPI Library. Unable to process Clips";
+  case NvapiStep::load:
+    return "Morvellan : Failed to load nVidia's NVAPI Library. Unable to process Clips";
+  case NvapiStep::version:
+    return "Morvellan : Failed to retrieve the nVidia Graphics Driver version. Unable to process Clips";
+  case NvapiStep::done:
+    break;
+  }
+  return {};
 }
 
 std::string tooOld(DriverVersion version)
@@ -52,11 +47,11 @@ DriverCheck checkDriver(GpuPlatform& platform, const Discovery& discovery)
 {
   if (discovery.software)
     return {.ready = true, .message = {}};
-  NvapiAnswer answer = versionFromNvapi(platform);
+  const DriverAnswer answer = askDriverVersion(platform);
+  if (answer.nvapiIsUp())
+    platform.nvapiUnload();
   if (!answer.version)
-    answer.version = driverVersionFromNvml(platform);
-  if (!answer.version)
-    return {.ready = false, .message = std::string{answer.failure}};
+    return {.ready = false, .message = std::string{failureMessage(answer.failed)}};
   std::string message = tooOld(*answer.version);
   const bool ready = message.empty();
   return {.ready = ready, .message = std::move(message)};

@@ -1,4 +1,4 @@
-// Asks NVML and takes its text apart.
+// Asks NVAPI step by step; asks NVML and takes its text apart.
 #include "gpu/driver_version.h"
 
 #include <charconv>
@@ -21,9 +21,7 @@ std::optional<DriverVersion> parseVersion(std::string_view text)
   return minor.ec == std::errc{} ? std::optional{version} : std::nullopt;
 }
 
-}  // namespace
-
-std::optional<DriverVersion> driverVersionFromNvml(GpuPlatform& platform)
+std::optional<DriverVersion> versionFromNvml(GpuPlatform& platform)
 {
   if (!platform.nvmlStandsInForNvapi() || platform.nvmlInit() != 0)
     return std::nullopt;
@@ -31,6 +29,23 @@ std::optional<DriverVersion> driverVersionFromNvml(GpuPlatform& platform)
   const bool answered = platform.nvmlDriverVersion(text) == 0;
   platform.nvmlShutdown();
   return answered ? parseVersion(text) : std::nullopt;
+}
+
+}  // namespace
+
+DriverAnswer askDriverVersion(GpuPlatform& platform)
+{
+  if (!platform.nvapiLoad())
+    return {.version = versionFromNvml(platform), .failed = NvapiStep::find};
+  if (const int status = platform.nvapiInitialise(); status != 0)
+    return {.failed = NvapiStep::load, .status = status};
+  unsigned number = 0;
+  const int status = platform.nvapiDriverVersion(number);
+  if (status == 0)
+    return {.version = DriverVersion{number / 100, number % 100}};
+  return {.version = status == nvapiNoImplementation ? versionFromNvml(platform) : std::nullopt,
+          .failed = NvapiStep::version,
+          .status = status};
 }
 
 }  // namespace morvellan::gpu

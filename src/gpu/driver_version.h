@@ -1,4 +1,4 @@
-// The version of the graphics driver as NVML tells it, for systems whose driver ships without NVAPI.
+// The version of the graphics driver: from NVAPI, or from NVML on systems whose driver ships without it.
 #pragma once
 
 #include <optional>
@@ -14,7 +14,27 @@ struct DriverVersion
   unsigned minor = 0;
 };
 
-// Nothing where NVML does not stand in for NVAPI, or does not answer. Initialises and shuts down NVML by itself.
-[[nodiscard]] std::optional<DriverVersion> driverVersionFromNvml(GpuPlatform& platform);
+// How far the questions to NVAPI came.
+enum class NvapiStep
+{
+  find,     // its library or the library's export is missing
+  load,     // it does not initialise
+  version,  // it does not tell the version
+  done
+};
+
+struct DriverAnswer
+{
+  std::optional<DriverVersion> version = {};
+  NvapiStep failed = NvapiStep::done;  // where NVAPI failed, also when NVML stood in for it
+  int status = 0;                      // NVAPI's code of that failure, for `load` and `version`
+
+  // Whether NVAPI is up and to be unloaded by whoever asked.
+  [[nodiscard]] bool nvapiIsUp() const { return failed > NvapiStep::load; }
+};
+
+// NVML stands in where the platform allows it and NVAPI, or its interface for the version, does not exist; never for
+// one that exists and fails. NVML is initialised and shut down for the question alone.
+[[nodiscard]] DriverAnswer askDriverVersion(GpuPlatform& platform);
 
 }  // namespace morvellan::gpu

@@ -42,7 +42,8 @@ public:
   virtual int nvmlDriverVersion(std::string& version) = 0;  // "580.65.06"
   virtual int nvmlShutdown() = 0;
 
-  // NVAPI, by its single export. `nvapiLoad` answers whether the library and that export were found.
+  // NVAPI, by its single export. `nvapiLoad` answers whether the library and that export were found. A query whose
+  // interface the export does not know answers nvapiNoImplementation.
   virtual bool nvapiLoad() = 0;
   virtual int nvapiInitialise() = 0;
   virtual int nvapiDriverVersion(unsigned& version) = 0;  // 100 * major + minor
@@ -50,8 +51,8 @@ public:
   [[nodiscard]] virtual std::string nvapiErrorText(int code) = 0;
   virtual void nvapiUnload() = 0;
 
-  // Whether NVML's driver version stands in where NVAPI or its version interface is missing. The driver of Linux ships
-  // without NVAPI in places, that of Windows never does.
+  // Whether NVML's driver version stands in where NVAPI or its version interface does not exist. The driver of Linux
+  // ships without NVAPI in places, that of Windows never does.
   [[nodiscard]] virtual bool nvmlStandsInForNvapi() const = 0;
 };
 

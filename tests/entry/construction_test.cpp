@@ -90,16 +90,6 @@ struct NoTables
   static constexpr bool refuses = true;
 };
 
-class AskedMachine : public gpu::InventedMachine
-{
-public:
-  bool nvapiLoad() override
-  {
-    Account::add("driver");
-    return InventedMachine::nvapiLoad();
-  }
-};
-
 class Construction : public testing::Test, public host::Observer
 {
 protected:
@@ -122,6 +112,7 @@ protected:
     Account::missing.clear();
     Account::regionStatus = kOfxStatOK;
     machine_.gpus = {{.name = "GPU", .pci = {.bus = 10}}};
+    machine_.onDriverQuestion = [] { Account::add("driver"); };
     discovery_ = gpu::discoverGpus(machine_);
   }
   ~Construction() override
@@ -166,7 +157,7 @@ protected:
   host::LoadedPlugin plugin_{host_, MORVELLAN_BUNDLE};
   OfxParameterSuiteV1 params_{};
   OfxImageEffectSuiteV1 effects_{};
-  AskedMachine machine_;
+  gpu::InventedMachine machine_;
   gpu::Discovery discovery_;
 };
 

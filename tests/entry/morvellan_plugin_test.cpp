@@ -139,6 +139,51 @@ TEST_F(InstanceOn, OldDrivers)
                                       "98) or higher. Unable to process Clips"));
 }
 
+// Whatever is wrong with the machine: an instance that lives, one error that says so, and the identity for an answer.
+TEST_F(InstanceOn, EveryMachineThatCannotRender)
+{
+  const std::string mayCrash = ". PLACING MORVELLAN ON A NODE TREE / TIMELINE MAY CRASH NATRON";
+  const std::string noClips = ". Unable to process Clips";
+  struct Fault
+  {
+    std::function<void(gpu::InventedMachine&)> make;
+    std::string message;
+  };
+  const std::vector<Fault> faults{
+      {[](auto& m) { m.nvmlInitStatus = 12; }, "Morvellan is unable to initialise nVidia NVML" + mayCrash},
+      {[](auto& m) { m.nvmlOrder = std::vector<int>{}; },
+       "Morvellan is unable to find a CUDA GPU capable device" + mayCrash},
+      {[](auto& m) { m.gpus.clear(); }, "Morvellan is unable to find a CUDA GPU capable device" + mayCrash},
+      {[](auto& m) { m.nvmlCountStatus = 999; }, "Morvellan is unable to detect a CUDA GPU device" + mayCrash},
+      {[](auto& m) { m.cudaCountStatus = 35; }, "Morvellan is unable to detect a CUDA GPU device" + mayCrash},
+      {[](auto& m) { m.gpus[0].computeMode = 2; },
+       "Morvellan found all GPUs to have processing deficiencies" + mayCrash},
+      {[](auto& m) { m.nvmlShutdownStatus = 999; }, "Morvellan is unable to shutdown nVidia NVML" + mayCrash},
+      {[](auto& m) { m.nvapiMissing = true; }, "Failed to find nVidia's NVAPI Library" + noClips},
+      {[](auto& m) { m.nvapiInitStatus = -1; }, "Failed to load nVidia's NVAPI Library" + noClips},
+      {[](auto& m) { m.nvapiVersionStatus = -1; }, "Failed to retrieve the nVidia Graphics Driver version" + noClips}};
+  for (const Fault& fault : faults)
+  {
+    machine_ = {};
+    install(1);
+    fault.make(machine_);
+    host_.clearLog();
+    live(environment(),
+         [&](MorvellanPlugin& plugin)
+         {
+           EXPECT_EQ(plugin.frameParams().gpuReady, 0) << fault.message;
+           const host::ActionScope action(kOfxImageEffectActionIsIdentity, instance_, 7.0);
+           OFX::IdentityAnswer answer;
+           EXPECT_TRUE(plugin.isIdentity({.time = 7.0}, answer)) << fault.message;
+           EXPECT_EQ(answer.clip, "Source");
+           EXPECT_EQ(answer.time, 7.0);
+         });
+    EXPECT_THAT(messages(), ElementsAre("Morvellan : " + fault.message));
+    EXPECT_EQ(host_.persistentMessages()[0].type, kOfxMessageError);
+    EXPECT_EQ(machine_.nvapiOpen, 0);
+  }
+}
+
 TEST_F(InstanceOn, SelectionTakesTheFilesChoice)
 {
   install(4);
@@ -166,6 +211,32 @@ TEST_F(InstanceOn, ARevertRewritesTheFileAndKeepsTheDepth)
   EXPECT_THAT(messages(),
               ElementsAre("Morvellan : 3rd GPU set in Morvellan's list. Only 1st GPU available. Reverted to 1st GPU."));
   EXPECT_EQ(folder_.content(), ConfigFolder::text(0, 5));
+}
+
+TEST_F(InstanceOn, ARevertThatCannotBeStoredIsToldFirst)
+{
+  install(2);
+  std::ofstream(folder_.file()) << ConfigFolder::text(3, 1);
+  // A folder of its own name can't be replaced by the file. It comes in the way after the file was read.
+  discovery_ = gpu::discoverGpus(machine_);
+  machine_.onDriverQuestion = [&]
+  {
+    std::filesystem::remove(folder_.file());
+    std::filesystem::create_directories(folder_.file() / "inside");
+  };
+  live({.discovery = discovery_, .platform = machine_, .configFolder = folder_.path().string()},
+       [&](MorvellanPlugin& plugin)
+       {
+         EXPECT_EQ(plugin.frameParams().gpuSelection, 0);
+         EXPECT_EQ(plugin.frameParams().gpuReady, 1);
+         EXPECT_EQ(instance_->value("NatronGPU").asInt(), 0);
+       });
+  EXPECT_THAT(messages(),
+              ElementsAre("Morvellan : Unable to create 'morvellan_natron_gpu_config.txt' file in '" +
+                              folder_.path().string() +
+                              "/'. Check file and folder permissions. Reverted to 1st GPU in Morvellan's list",
+                          "Morvellan : 4th GPU set in Morvellan's list. Only 1st and 2cd GPUs available. Reverted to "
+                          "1st. Select 1st or 2cd."));
 }
 
 TEST_F(InstanceOn, ABadFileIsReportedBeforeTheDevices)

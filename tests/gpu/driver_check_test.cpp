@@ -36,32 +36,62 @@ TEST(DriverCheck, VersionsAroundTheLeast)
   EXPECT_EQ(messageFor(58097), "");
 }
 
+const std::string notFound = "Morvellan : Failed to find nVidia's NVAPI Library. Unable to process Clips";
+const std::string notLoaded = "Morvellan : Failed to load nVidia's NVAPI Library. Unable to process Clips";
+const std::string noVersion =
+    "Morvellan : Failed to retrieve the nVidia Graphics Driver version. Unable to process Clips";
+
 TEST(DriverCheck, EachFailureOfNvapi)
 {
   InventedMachine machine = machineWith(1);
-  machine.nvapiVersionStatus = -1;
-  EXPECT_EQ(checkOn(machine).message,
-            "Morvellan : Failed to retrieve the nVidia Graphics Driver version. Unable to process Clips");
+  for (const int status : {-1, nvapiNoImplementation, nvapiNotSupported})
+  {
+    machine.nvapiVersionStatus = status;
+    EXPECT_EQ(checkOn(machine).message, noVersion) << status;
+  }
   machine.nvapiInitStatus = -1;
-  EXPECT_EQ(checkOn(machine).message, "Morvellan : Failed to load nVidia's NVAPI Library. Unable to process Clips");
+  EXPECT_EQ(checkOn(machine).message, notLoaded);
   machine.nvapiMissing = true;
-  EXPECT_EQ(checkOn(machine).message, "Morvellan : Failed to find nVidia's NVAPI Library. Unable to process Clips");
+  EXPECT_EQ(checkOn(machine).message, notFound);
 }
 
+// Without NVAPI, or without its interface for the version; one that is there and fails, fails.
 TEST(DriverCheck, NvmlStandsInOnlyWhereTheDriverShipsWithoutNvapi)
 {
   InventedMachine machine = machineWith(1);
   machine.nvmlVersion = "580.65.06";
   machine.nvapiMissing = true;
-  EXPECT_FALSE(checkOn(machine).ready);
+  EXPECT_EQ(checkOn(machine).message, notFound);
   machine.linuxDriver = true;
   EXPECT_TRUE(checkOn(machine).ready);
   machine.nvapiMissing = false;
-  machine.nvapiInitStatus = -1;
-  EXPECT_TRUE(checkOn(machine).ready);
-  machine.nvapiInitStatus = 0;
   machine.nvapiVersionStatus = nvapiNoImplementation;
   EXPECT_TRUE(checkOn(machine).ready);
+
+  const int inits = machine.nvmlInits;
+  for (const int status : {-1, nvapiNotSupported})
+  {
+    machine.nvapiVersionStatus = status;
+    EXPECT_EQ(checkDriver(machine, {}).message, noVersion) << status;
+  }
+  for (const int status : {-1, nvapiNoImplementation, nvapiNotSupported})
+  {
+    machine.nvapiInitStatus = status;
+    const DriverCheck check = checkDriver(machine, {});
+    EXPECT_EQ(check.message, notLoaded) << status;
+    EXPECT_FALSE(check.ready);
+  }
+  EXPECT_EQ(machine.nvmlInits, inits) << "NVML is not even asked";
+  EXPECT_EQ(machine.nvapiOpen, 0);
+}
+
+TEST(DriverCheck, NvapisOwnVersionWins)
+{
+  InventedMachine machine = machineWith(1);
+  machine.linuxDriver = true;
+  machine.nvmlVersion = "580.65.06";
+  machine.driver = 52740;
+  EXPECT_FALSE(checkOn(machine).ready);
 }
 
 TEST(DriverCheck, NvmlsVersionMeetsTheSameLimit)
@@ -80,7 +110,6 @@ TEST(DriverCheck, NvmlsVersionMeetsTheSameLimit)
 
 TEST(DriverCheck, WithoutAnyAnswerTheFirstFailureIsTold)
 {
-  const std::string notFound = "Morvellan : Failed to find nVidia's NVAPI Library. Unable to process Clips";
   InventedMachine machine = machineWith(1);
   machine.linuxDriver = true;
   machine.nvapiMissing = true;

@@ -2,6 +2,7 @@
 // It also keeps account of what was opened and closed, so that a test sees a leak.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -49,6 +50,7 @@ public:
   unsigned driver = 58065;
   bool linuxDriver = false;
   std::optional<std::string> nvmlVersion = {};
+  std::function<void()> onDriverQuestion = {};  // called when NVAPI is looked for
 
   // Account.
   int nvmlOpen = 0;
@@ -159,7 +161,12 @@ public:
     return nvmlShutdownStatus;
   }
 
-  bool nvapiLoad() override { return !nvapiMissing; }
+  bool nvapiLoad() override
+  {
+    if (onDriverQuestion)
+      onDriverQuestion();
+    return !nvapiMissing;
+  }
 
   int nvapiInitialise() override
   {

@@ -1,6 +1,8 @@
 // The run-time loader against invented driver libraries, against libraries that are none, and on this machine.
 #include "gpu/real_platform.h"
 
+#include <cstdlib>
+
 #include <gtest/gtest.h>
 
 #include "gpu/discovery.h"
@@ -120,6 +122,48 @@ TEST(RealPlatform, LibrariesWithoutTheExports)
   EXPECT_FALSE(platform.nvapiLoad());
   EXPECT_EQ(checkDriver(platform, {}).message,
             "Morvellan : Failed to find nVidia's NVAPI Library. Unable to process Clips");
+}
+
+// The driver of Linux, whose NVML says 580.65, with an NVAPI of every kind.
+DriverCheck checkWith(const char* amiss, const std::string& nvapi = invented.nvapi, bool linuxDriver = true)
+{
+  setenv("MORVELLAN_INVENTED_NVAPI", amiss, 1);
+  RealPlatform platform(&oneDevice, {.nvml = invented.nvml, .nvapi = nvapi, .nvmlStandsInForNvapi = linuxDriver});
+  DriverCheck check = checkDriver(platform, {});
+  unsetenv("MORVELLAN_INVENTED_NVAPI");
+  return check;
+}
+
+TEST(RealPlatform, NvmlStandsInForAMissingNvapi)
+{
+  const std::string notFound = "Morvellan : Failed to find nVidia's NVAPI Library. Unable to process Clips";
+  // No library, a library without the export, a library without the version's interface.
+  EXPECT_TRUE(checkWith("", missing.nvapi).ready);
+  EXPECT_TRUE(checkWith("", invented.nvml).ready);
+  EXPECT_TRUE(checkWith("no version").ready);
+  EXPECT_EQ(checkWith("", missing.nvapi, false).message, notFound);
+  EXPECT_EQ(checkWith("", invented.nvml, false).message, notFound);
+  EXPECT_EQ(checkWith("no version", invented.nvapi, false).message,
+            "Morvellan : Failed to retrieve the nVidia Graphics Driver version. Unable to process Clips");
+}
+
+TEST(RealPlatform, NothingStandsInForAnNvapiThatFails)
+{
+  for (const bool linuxDriver : {true, false})
+  {
+    for (const char* amiss : {"initialisation fails", "no initialisation"})
+    {
+      const DriverCheck check = checkWith(amiss, invented.nvapi, linuxDriver);
+      EXPECT_FALSE(check.ready) << amiss;
+      EXPECT_EQ(check.message, "Morvellan : Failed to load nVidia's NVAPI Library. Unable to process Clips") << amiss;
+    }
+    const DriverCheck check = checkWith("version fails", invented.nvapi, linuxDriver);
+    EXPECT_FALSE(check.ready);
+    EXPECT_EQ(check.message,
+              "Morvellan : Failed to retrieve the nVidia Graphics Driver version. Unable to process Clips");
+  }
+  // Above the least, where NVML says 580.65 and NVAPI, which is asked, says 527.41.
+  EXPECT_TRUE(checkWith("").ready);
 }
 
 TEST(RealPlatform, WithoutACudaEngineNothingIsCounted)

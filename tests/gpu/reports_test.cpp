@@ -9,6 +9,7 @@
 namespace
 {
 using namespace morvellan::gpu;
+using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
@@ -135,6 +136,30 @@ TEST(CudaInfo, TheLinuxDriverIsToldByNvml)
   const std::string text = cudaInfoText(machine);
   EXPECT_THAT(text, HasSubstr("\n    Morvellan : nVidia Graphics Driver ver : 570.124\n\n.-"));
   EXPECT_THAT(text, HasSubstr("\n    GPU Utilization query unsupported"));
+  EXPECT_EQ(machine.nvmlOpen, 0);
+
+  // Without the interface for the version alone, the rest of NVAPI is asked.
+  machine.nvapiMissing = false;
+  machine.nvapiVersionStatus = nvapiNoImplementation;
+  EXPECT_THAT(cudaInfoText(machine), AllOf(HasSubstr("\n    Morvellan : nVidia Graphics Driver ver : 570.124\n\n.-"),
+                                           HasSubstr("\n    GPU Utilization : 7 Percent")));
+  EXPECT_EQ(machine.nvapiOpen, 0);
+}
+
+TEST(CudaInfo, AnNvapiThatFailsIsToldAlsoOnLinux)
+{
+  InventedMachine machine = machineWith(1);
+  machine.linuxDriver = true;
+  machine.nvmlVersion = "570.124.06";
+  machine.nvapiVersionStatus = -1;
+  EXPECT_THAT(cudaInfoText(machine),
+              StartsWith("\n    Morvellan : Failed to retrieve the nVidia Graphics Driver version. Error : "
+                         "NVAPI_INVENTED -1\n    Number of available CUDA GPUs : 1"));
+  machine.nvapiInitStatus = -6;
+  EXPECT_THAT(cudaInfoText(machine),
+              StartsWith("\n    Morvellan : Failed to load nVidia's NVAPI Library. Error : NVAPI_INVENTED -6\n    "
+                         "Number of available CUDA GPUs : 1"));
+  EXPECT_EQ(machine.nvapiOpen, 0);
   EXPECT_EQ(machine.nvmlOpen, 0);
 }
 

@@ -1,5 +1,7 @@
-// A library with NVAPI's single export, for the test of the run-time loader: driver 527.41, one GPU on bus 0x65.
+// A library with NVAPI's single export, for the test of the run-time loader: driver 527.41, one GPU on bus 0x65. The
+// environment variable MORVELLAN_INVENTED_NVAPI names what is amiss with it.
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 
 namespace
@@ -7,9 +9,15 @@ namespace
 
 int gpu = 0;
 
+bool isAmiss(const char* what)
+{
+  const char* amiss = std::getenv("MORVELLAN_INVENTED_NVAPI");
+  return amiss != nullptr && std::strcmp(amiss, what) == 0;
+}
+
 int initialise()
 {
-  return 0;
+  return isAmiss("initialisation fails") ? -6 : 0;
 }
 
 int unload()
@@ -25,6 +33,8 @@ int errorMessage(int code, char* text)
 
 int driverAndBranch(std::uint32_t* version, char* branch)
 {
+  if (isAmiss("version fails"))
+    return -1;
   *version = 52741;
   std::strcpy(branch, "r527_41");
   return 0;
@@ -66,13 +76,13 @@ extern "C" [[gnu::visibility("default")]] void* nvapi_QueryInterface(std::uint32
   switch (id)
   {
   case 0x0150E828:
-    return entry(initialise);
+    return isAmiss("no initialisation") ? nullptr : entry(initialise);
   case 0xD22BDD7E:
     return entry(unload);
   case 0x6C2D048C:
     return entry(errorMessage);
   case 0x2926AAAD:
-    return entry(driverAndBranch);
+    return isAmiss("no version") ? nullptr : entry(driverAndBranch);
   case 0xE5AC921F:
     return entry(enumerate);
   case 0x1BE0B8E5:
