@@ -39,11 +39,6 @@ void setSoftwareDevices(int count, bool peerAccess)
   softwarePeers = peerAccess;
 }
 
-void makeCurrent(int device)
-{
-  current = device;
-}
-
 int currentDevice()
 {
   return current;
@@ -54,12 +49,17 @@ bool canAccessPeer(int device, int other)
   return device != other && softwarePeers;
 }
 
-void enablePeerAccess(int, int) {}
-
 void synchronize() {}
 
 namespace
 {
+
+void setDevice(int device)
+{
+  current = device;
+}
+
+void openPeer(int, int) {}
 
 void* take(MemoryKind, size_t bytes)
 {
@@ -81,12 +81,12 @@ void giveBack(MemoryKind, void* memory) noexcept
   std::free(memory);
 }
 
-}  // namespace
-
-void copy(void* to, const void* from, size_t bytes, CopyKind)
+void transfer(void* to, const void* from, size_t bytes, CopyKind)
 {
   std::memcpy(to, from, bytes);
 }
+
+}  // namespace
 
 void fill(void* memory, int value, size_t bytes)
 {
@@ -110,11 +110,6 @@ int deviceCount()
 
 void setSoftwareDevices(int, bool) {}
 
-void makeCurrent(int device)
-{
-  cudaSetDevice(device);
-}
-
 int currentDevice()
 {
   int device = 0;
@@ -128,15 +123,6 @@ bool canAccessPeer(int device, int other)
   return cudaDeviceCanAccessPeer(&can, device, other) == cudaSuccess && can != 0;
 }
 
-void enablePeerAccess(int device, int other)
-{
-  const int before = currentDevice();
-  cudaSetDevice(device);
-  cudaDeviceEnablePeerAccess(other, 0);  // already enabled is fine
-  cudaGetLastError();
-  cudaSetDevice(before);
-}
-
 void synchronize()
 {
   cudaDeviceSynchronize();
@@ -144,6 +130,20 @@ void synchronize()
 
 namespace
 {
+
+void setDevice(int device)
+{
+  cudaSetDevice(device);
+}
+
+void openPeer(int device, int other)
+{
+  const int before = currentDevice();
+  cudaSetDevice(device);
+  cudaDeviceEnablePeerAccess(other, 0);  // already enabled is fine
+  cudaGetLastError();
+  cudaSetDevice(before);
+}
 
 void* take(MemoryKind kind, size_t bytes)
 {
@@ -166,12 +166,12 @@ void giveBack(MemoryKind kind, void* memory) noexcept
     cudaFree(memory);
 }
 
-}  // namespace
-
-void copy(void* to, const void* from, size_t bytes, CopyKind kind)
+void transfer(void* to, const void* from, size_t bytes, CopyKind kind)
 {
   cudaMemcpy(to, from, bytes, static_cast<cudaMemcpyKind>(kind));
 }
+
+}  // namespace
 
 void fill(void* memory, int value, size_t bytes)
 {
@@ -199,8 +199,11 @@ void observeMemory(MemoryObserver* observer)
 
 void* allocate(MemoryKind kind, size_t bytes)
 {
+  MemoryObserver* const observer = memoryObserver;
+  if (observer)
+    observer->asked(kind, bytes);
   void* memory = take(kind, bytes);
-  if (MemoryObserver* observer = memoryObserver)
+  if (observer)
     observer->taken(memory, kind, bytes);
   return memory;
 }
@@ -210,6 +213,27 @@ void release(MemoryKind kind, void* memory) noexcept
   if (MemoryObserver* observer = memoryObserver)
     observer->givenBack(memory);
   giveBack(kind, memory);
+}
+
+void copy(void* to, const void* from, size_t bytes, CopyKind kind)
+{
+  transfer(to, from, bytes, kind);
+  if (MemoryObserver* observer = memoryObserver)
+    observer->copied(to, from, bytes);
+}
+
+void makeCurrent(int device)
+{
+  setDevice(device);
+  if (MemoryObserver* observer = memoryObserver)
+    observer->madeCurrent(device);
+}
+
+void enablePeerAccess(int device, int other)
+{
+  openPeer(device, other);
+  if (MemoryObserver* observer = memoryObserver)
+    observer->enabledPeerAccess(device, other);
 }
 
 }  // namespace morvellan::MORVELLAN_TARGET

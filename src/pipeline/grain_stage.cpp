@@ -41,6 +41,19 @@ void renderAll(const std::vector<GrainInput>& inputs, LaunchObserver* observer)
   }
 }
 
+// Makes the rendering device current at the end, also when memory ran out on another.
+class HomeAtLast
+{
+public:
+  explicit HomeAtLast(int device) : home(device) {}
+  HomeAtLast(const HomeAtLast&) = delete;
+  HomeAtLast& operator=(const HomeAtLast&) = delete;
+  ~HomeAtLast() { makeCurrent(home); }
+
+private:
+  int home;
+};
+
 }  // namespace
 
 std::vector<GrainInput> grainStage(LaunchObserver* observer, const FrameParams& params,
@@ -48,6 +61,7 @@ std::vector<GrainInput> grainStage(LaunchObserver* observer, const FrameParams& 
 {
   synchronize();
   std::vector<GrainInput> inputs;
+  const HomeAtLast homeAtLast(params.gpuRed);  // before the inputs are given back, if they have to be
   for (const GrainShare& share : sharesOf(params, height))
   {
     const GrainSettings settings =
@@ -64,7 +78,6 @@ std::vector<GrainInput> grainStage(LaunchObserver* observer, const FrameParams& 
       synchronize();
       input.collect();
     }
-  makeCurrent(params.gpuRed);
   std::ranges::stable_sort(inputs, {}, &GrainInput::channel);
   return inputs;
 }
