@@ -7,6 +7,7 @@
 #include "entry/host_description.h"
 #include "entry/suites.h"
 #include "host/action_scope.h"
+#include "tests/entry/refusing_memory.h"
 #include "tests/gpu/invented_machine.h"
 #include "tests/plugin/plugin_host.h"
 
@@ -16,34 +17,10 @@ namespace
 {
 
 using test::ConfigFolder;
+using test::RefusingMemory;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-// Memory that refuses the allocation of a chosen number, and counts what is out.
-struct RefusingMemory
-{
-  static inline int made = 0;
-  static inline int out = 0;
-  static inline int refused = -1;
-
-  static TableMemory memory()
-  {
-    return {.allocate = [](std::size_t bytes) -> void*
-            {
-              if (made++ == refused)
-                return nullptr;
-              ++out;
-              return std::malloc(bytes);
-            },
-            .release =
-                [](void* memory)
-            {
-              --out;
-              std::free(memory);
-            }};
-  }
-};
 
 class InstanceOn : public testing::Test
 {
@@ -52,8 +29,7 @@ protected:
   {
     OFX::suites() = OFX::fetchSuites(*host_.host().interface());
     OFX::createHostDescription(*host_.host().interface());
-    RefusingMemory::made = 0;
-    RefusingMemory::refused = -1;
+    RefusingMemory::reset();
   }
   ~InstanceOn() override
   {
@@ -274,8 +250,7 @@ TEST_F(InstanceOn, EachTableThatCannotBeHad)
   for (int i = 0; i < 6; ++i)
   {
     host_.clearLog();
-    RefusingMemory::made = 0;
-    RefusingMemory::refused = i;
+    RefusingMemory::reset(i);
     InstanceEnvironment around = environment();
     around.grainTableMemory = RefusingMemory::memory();
     live(around, [&](MorvellanPlugin& plugin) { EXPECT_EQ(plugin.frameParams().gpuReady, 0); });
@@ -291,7 +266,7 @@ TEST_F(InstanceOn, EachTableThatCannotBeHad)
 TEST_F(InstanceOn, AProductTableThatCannotBeHad)
 {
   install(1);
-  RefusingMemory::refused = 0;
+  RefusingMemory::reset(0);
   InstanceEnvironment around = environment();
   around.productTableMemory = RefusingMemory::memory();
   live(around, [&](MorvellanPlugin& plugin) { EXPECT_EQ(plugin.frameParams().gpuReady, 0); });

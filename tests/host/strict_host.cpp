@@ -284,4 +284,12 @@ float greatestDifference(const host::Frame& a, const host::Frame& b)
   return greatest;
 }
 
+bool allFinite(const host::Frame& frame)
+{
+  for (int y = 0; y < frame.height(); ++y)
+    if (!std::ranges::all_of(frame.row(frame.layout().bounds.y1 + y), [](float value) { return std::isfinite(value); }))
+      return false;
+  return true;
+}
+
 }  // namespace morvellan::test

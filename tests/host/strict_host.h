@@ -120,4 +120,6 @@ void runTogether(const std::vector<std::function<void()>>& jobs);
 // The greatest absolute difference of two float frames of one size.
 float greatestDifference(const host::Frame& a, const host::Frame& b);
 
+bool allFinite(const host::Frame& frame);
+
 }  // namespace morvellan::test

@@ -2,9 +2,8 @@
 // a record of what the plug-in wrote. The rules' tests run on both.
 #pragma once
 
-#include "params/param_access.h"
 #include "params/rules.h"
-#include "tests/params/orderly.h"
+#include "tests/params/edited_page.h"
 #include "tests/plugin/plugin_host.h"
 
 #include <map>
@@ -95,11 +94,11 @@ private:
 };
 inline testing::Environment* const pageHost = testing::AddGlobalTestEnvironment(new PageHost);
 
-class HostPage : public ParamAccess
+class HostPage : public EditedPage
 {
 public:
   HostPage() : effect_(&PageHost::takeNew()) { forget(); }
-  HostPage(const HostPage& other) : writes(other.writes), effect_(&PageHost::takeNew())
+  HostPage(const HostPage& other) : EditedPage(other), effect_(&PageHost::takeNew())
   {
     PageState::of(*other.effect_).restoreTo(*effect_);
   }
@@ -125,20 +124,12 @@ public:
     forget();
   }
 
-  // What a test does: set without a trace; edit as the user does, which forgets the record first.
-  void put(std::string_view name, double value) { param(name).setValue(value); }
-  void putRgb(std::string_view name, const Rgb& value) { param(name).setValue({value[0], value[1], value[2]}); }
-  void edit(std::string_view name, double value)
+  void put(std::string_view name, double value) override { param(name).setValue(value); }
+  void putRgb(std::string_view name, const Rgb& value) override
   {
-    put(name, value);
-    press(name);
+    param(name).setValue({value[0], value[1], value[2]});
   }
-  void editRgb(std::string_view name, const Rgb& value)
-  {
-    putRgb(name, value);
-    press(name);
-  }
-  void press(std::string_view name)
+  void press(std::string_view name) override
   {
     forget();
     EXPECT_EQ(effect_->edit(name, param(name).hasValue() ? effect_->value(name) : host::ParamValue{}), kOfxStatOK);
@@ -172,19 +163,8 @@ public:
     effect_->clip(side == Side::Source ? "Source" : "Output").setSource(test::frameOf(size.width, size.height));
   }
 
-  double operator[](std::string_view name) const { return number(name); }
-  bool isSecret(std::string_view name) const { return param(name).isSecret(); }
-  bool isEnabled(std::string_view name) const { return param(name).isEnabled(); }
-  bool shown(std::string_view name) const { return !isSecret(name) && isEnabled(name); }
-  std::vector<std::string> written() const
-  {
-    std::vector<std::string> names;
-    for (const PageWrite& write : writes)
-      names.push_back(write.name);
-    return names;
-  }
-  bool allBracketed() const { return std::ranges::all_of(writes, &PageWrite::bracketed); }
-  bool noneBracketed() const { return std::ranges::none_of(writes, &PageWrite::bracketed); }
+  bool isSecret(std::string_view name) const override { return param(name).isSecret(); }
+  bool isEnabled(std::string_view name) const override { return param(name).isEnabled(); }
   // Everything that is shown or hidden.
   std::map<std::string, std::pair<bool, bool>> layout() const
   {
@@ -217,8 +197,6 @@ public:
   std::optional<Size> imageSize(Side) override { throw std::logic_error("asked by a rule alone"); }
   void rememberResolution(Side, int, Size) override { throw std::logic_error("told by a rule alone"); }
   void perform(Action) override { throw std::logic_error("done by a rule alone"); }
-
-  std::vector<PageWrite> writes;
 
 private:
   [[noreturn]] static void notARule(std::string_view name)

@@ -5,7 +5,7 @@
 
 #include "params/catalogue.h"
 #include "params/rules.h"
-#include "tests/params/orderly.h"
+#include "tests/params/edited_page.h"
 
 #include <cmath>
 #include <map>
@@ -16,7 +16,7 @@
 
 namespace morvellan::params
 {
-class MemoryParams : public ParamAccess
+class MemoryParams : public EditedPage
 {
 public:
   struct Resolution
@@ -44,27 +44,16 @@ public:
     showForValues(*this);
   }
 
-  // What a test does: set without a trace; edit as the user does, which forgets the record first.
-  void put(std::string_view name, double value) { checked(name, value)[0] = value; }
-  void putRgb(std::string_view name, const Rgb& value) { values.at(std::string{name}) = value; }
+  void put(std::string_view name, double value) override { checked(name, value)[0] = value; }
+  void putRgb(std::string_view name, const Rgb& value) override { values.at(std::string{name}) = value; }
   void forget()
   {
     writes.clear();
     actions.clear();
     resolutions.clear();
   }
-  void edit(std::string_view name, double value)
-  {
-    put(name, value);
-    press(name);
-  }
   void setImage(Side side, Size size) { (side == Side::Source ? sourceImage : targetImage) = size; }
-  void editRgb(std::string_view name, const Rgb& value)
-  {
-    putRgb(name, value);
-    press(name);
-  }
-  void press(std::string_view name) { change(name, Reason::UserEdited); }
+  void press(std::string_view name) override { change(name, Reason::UserEdited); }
   void change(std::string_view name, Reason reason)
   {
     forget();
@@ -75,31 +64,8 @@ public:
       expectOrderly(*this, name, writes);
   }
 
-  double operator[](std::string_view name) const { return number(name); }
-  bool isSecret(std::string_view name) const { return secret.at(std::string{name}); }
-  bool isEnabled(std::string_view name) const { return enabled.at(std::string{name}); }
-  bool shown(std::string_view name) const { return !isSecret(name) && isEnabled(name); }
-  std::vector<std::string> written() const
-  {
-    std::vector<std::string> names;
-    for (const PageWrite& write : writes)
-      names.push_back(write.name);
-    return names;
-  }
-  bool allBracketed() const
-  {
-    for (const PageWrite& write : writes)
-      if (!write.bracketed())
-        return false;
-    return true;
-  }
-  bool noneBracketed() const
-  {
-    for (const PageWrite& write : writes)
-      if (write.bracketed())
-        return false;
-    return true;
-  }
+  bool isSecret(std::string_view name) const override { return secret.at(std::string{name}); }
+  bool isEnabled(std::string_view name) const override { return enabled.at(std::string{name}); }
   // Everything that is shown or hidden.
   std::map<std::string, std::pair<bool, bool>> layout() const
   {
@@ -152,7 +118,6 @@ public:
 
   std::map<Side, Resolution> resolutions;
   std::vector<Action> actions;
-  std::vector<PageWrite> writes;
 
 private:
   Rgb& checked(std::string_view name, double value)

@@ -100,15 +100,6 @@ Planned plannedOf(const Project& project, int channels)
   return {project, frameWidth, frameHeight, channels};
 }
 
-bool allFinite(const Frame& frame)
-{
-  for (int y = 0; y < frame.height(); ++y)
-    for (const float value : frame.row(y))
-      if (!std::isfinite(value))
-        return false;
-  return true;
-}
-
 StrictOptions traced(const ConfigFolder& folder)
 {
   StrictOptions options = pluginOptions(folder, "cpu");

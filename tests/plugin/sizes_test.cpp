@@ -1,6 +1,5 @@
 // Frames from one pixel to twelve thousand across: every pipeline runs, no pixel is lost, and memory stays what the
 // buffers of a frame are.
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
@@ -13,15 +12,6 @@ namespace
 
 using host::Frame;
 using Project = ProjectRenderer::Project;
-
-bool allFinite(const Frame& frame)
-{
-  for (int y = 0; y < frame.height(); ++y)
-    for (const float value : frame.row(y))
-      if (!std::isfinite(value))
-        return false;
-  return true;
-}
 
 void sized(Project& project, int sourceWidth, int sourceHeight, int targetWidth, int targetHeight)
 {
