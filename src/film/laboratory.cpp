@@ -32,7 +32,8 @@ class Solver
 public:
   Solver(const Queue& queue, const LabFrame& frame, const LabSettings& settings)
       : queue(queue), frame(frame), settings(settings), process(labProcess(settings, frame.width, frame.height)),
-        entry(makeFilmEntry(settings.inputGamut)), count(static_cast<ptrdiff_t>(frame.width) * frame.height)
+        entry(makeFilmEntry(settings.inputGamut)), count(static_cast<ptrdiff_t>(frame.width) * frame.height),
+        exchanges(process.agitates(labExchanges - 1) ? labExchanges : labExchanges - 1)
   {
     course.fill(static_cast<double>(settings.concentration));
   }
@@ -69,6 +70,7 @@ private:
     s.concentration = settings.concentration;
     s.rate = process.rate;
     std::copy_n(settings.silver, 3, s.silver);
+    s.units = developerUnits(settings.concentration, process.rate, settings.silver);
     return s;
   }
 
@@ -77,7 +79,7 @@ private:
   {
     Course c{};
     c[0] = static_cast<double>(settings.concentration);
-    for (size_t i = 0; i < labExchanges; ++i)
+    for (size_t i = 0; i < static_cast<size_t>(exchanges); ++i)
     {
       const double before = sums[i];
       const double after = static_cast<double>(process.retained) * before +
@@ -90,10 +92,8 @@ private:
   double distance(const Course& answer) const
   {
     double largest = 0.0;
-    // The last concentration reaches a pixel only where the last exchange is an agitation.
-    const size_t used = process.agitates(labExchanges - 1) ? labCycles : labCycles - 1;
     const double scale = std::fabs(static_cast<double>(settings.concentration));
-    for (size_t i = 1; i < used; ++i)
+    for (size_t i = 1; i <= static_cast<size_t>(exchanges); ++i)
       largest = std::max(largest, std::fabs(answer[i] - course[i]) / std::max(std::fabs(answer[i]), scale));
     return largest;
   }
@@ -102,13 +102,13 @@ private:
   void correct(const Course& answer)
   {
     Course step{};
-    for (size_t i = 1; i < labCycles; ++i)
+    for (size_t i = 1; i <= static_cast<size_t>(exchanges); ++i)
     {
       step[i] = answer[i] - course[i];
       for (size_t j = 1; j < i; ++j)
         step[i] += change[i][j] * step[j];
     }
-    for (size_t i = 1; i < labCycles; ++i)
+    for (size_t i = 1; i <= static_cast<size_t>(exchanges); ++i)
       course[i] += step[i];
   }
 
@@ -125,11 +125,8 @@ private:
                              .channels = frame.channels,
                              .entry = entry,
                              .silver = {settings.silver[0], settings.silver[1], settings.silver[2]}});
-    for (int step = 0; step < 3; ++step)
-      course = answerOf(sampleSums(samplePixels, course));
     differentiate();
-    for (int step = 0; step < 2; ++step)
-      correct(answerOf(sampleSums(samplePixels, course)));
+    correct(answerOf(sampleSums(samplePixels, course)));
   }
 
   // Sums over the first pixels of the sample, blown up to the frame.
@@ -141,62 +138,53 @@ private:
     return sums;
   }
 
-  // One-sided differences on a part of the sample.
+  // A course that a part of the sample settles for, and one-sided differences there.
   void differentiate()
   {
     const ptrdiff_t part = std::min(samplePixels, jacobianPixels);
+    const auto answerTo = [&](const Course& c) { return answerOf(sampleSums(part, c)); };
+    for (int step = 0; step < 3; ++step)
+      course = answerTo(course);
     const double nudge = 0.01 * static_cast<double>(settings.concentration);
-    const Course here = answerOf(sampleSums(part, course));
-    for (size_t j = 1; j < labCycles; ++j)
+    const Course here = answerTo(course);
+    for (size_t j = 1; j < static_cast<size_t>(exchanges); ++j)
     {
       Course moved = course;
       moved[j] += nudge;
-      const Course there = answerOf(sampleSums(part, moved));
-      for (size_t i = j + 1; i < labCycles; ++i)
+      const Course there = answerTo(moved);
+      for (size_t i = j + 1; i <= static_cast<size_t>(exchanges); ++i)
         change[i][j] = (there[i] - here[i]) / nudge;
     }
+    correct(here);
   }
 
   // The course that settles if the frame's sums change in proportion to the sample's.
   void correctBySample(const Sums& frameSums)
   {
-    const Sums here = sampleSums(samplePixels, course);
-    for (int step = 0; step < 2; ++step)
-    {
-      Sums sums = sampleSums(samplePixels, course);
-      for (size_t i = 0; i < labExchanges; ++i)
-        sums[i] = here[i] > 0.0 ? frameSums[i] * (sums[i] / here[i]) : frameSums[i];
-      correct(answerOf(sums));
-    }
+    const Sums before = sampleSums(samplePixels, course);
+    correct(answerOf(frameSums));
+    Sums sums = sampleSums(samplePixels, course);
+    for (size_t i = 0; i < labExchanges; ++i)
+      sums[i] = before[i] > 0.0 ? frameSums[i] * (sums[i] / before[i]) : frameSums[i];
+    correct(answerOf(sums));
   }
 
   Sums sweepFrame(const float* source, float* density) { return sweep(source, frame.exposure, density, count, course); }
 
   Sums sweep(const float* source, float* exposure, float* density, ptrdiff_t pixelsTaken, const Course& c)
   {
-    if (process.retained > 1.0f)
-      return sweepAs<BoundedCycle>(source, exposure, density, pixelsTaken, c);
-    return silverLasts() ? sweepAs<FactoredCycle<false>>(source, exposure, density, pixelsTaken, c)
-                         : sweepAs<FactoredCycle<true>>(source, exposure, density, pixelsTaken, c);
+    return isLean(process, settings.concentration) ? sweepAs<LeanPixel>(source, exposure, density, pixelsTaken, c)
+                                                   : sweepAs<BoundedPixel>(source, exposure, density, pixelsTaken, c);
   }
 
-  // Whether a cycle takes less silver than there is even in the brightest light and the last cycle's density.
-  bool silverLasts() const
-  {
-    const float most = *std::max_element(settings.silver, settings.silver + 3);
-    const float developed = settings.concentration * process.rate;
-    const float density = labFirstDensity + static_cast<float>(labCycles) * developed * most;
-    return developed * labSilverUse * logC4Largest * labFullScale * density * density < 0.99f;
-  }
-
-  template <typename Cycle>
+  template <typename Pixel>
   Sums sweepAs(const float* source, float* exposure, float* density, ptrdiff_t pixelsTaken, const Course& c)
   {
     const int itemCount = sweepItems(pixelsTaken);
     const size_t partialCount = static_cast<size_t>(itemCount) * labExchanges;
     const Buffer<double> partials(partialCount);
     launchNamed(queue, nameOf(source, density), items(itemCount),
-                laboratory_sweep<Cycle>{.source = source,
+                laboratory_sweep<Pixel>{.source = source,
                                         .exposure = exposure,
                                         .alpha = frame.alpha,
                                         .density = density,
@@ -204,6 +192,7 @@ private:
                                         .channels = frame.channels,
                                         .entry = entry,
                                         .schedule = schedule(c),
+                                        .exchanges = exchanges,
                                         .partials = partials.data(),
                                         .items = itemCount});
     std::vector<double> host(partialCount);
@@ -228,6 +217,7 @@ private:
   const LabProcess process;
   const FilmEntry entry;
   const ptrdiff_t count;
+  const int exchanges;   // after the last only an agitation changes what a pixel meets
   Buffer<float> sample;  // exposures of samplePixels pixels; empty for a small frame
   ptrdiff_t samplePixels = 0;
   Course course{};

@@ -1,5 +1,5 @@
-// One development cycle of a pixel in registers, in the forms that the laboratory's fast ways are built of: with the
-// bounds of the kernels, and factored for settings in which a bound cannot be reached.
+// One development cycle of a pixel in registers: with the bounds of the kernels, and factored for settings in which the
+// upper one cannot be reached.
 #pragma once
 
 #include "film/laboratory_kernels.h"
@@ -24,8 +24,7 @@ struct BoundedCycle
 };
 
 // The same where no pixel gains by an exchange: consumption stays far below its upper bound, so that it can be factored
-// into developer and the rest. Floored is for settings in which it may use up more silver than there is.
-template <bool Floored>
+// into developer and the rest.
 struct FactoredCycle
 {
   static MORVELLAN_INLINE Real develop(float rate, Rgb e, Rgb& density, Rgb& silver, Real c)
@@ -34,9 +33,7 @@ struct FactoredCycle
     const Real developerUse = c * Real(-labDeveloperUse);
     const auto channel = [&](Real exposure, Real& d, Real& store)
     {
-      Real used = (exposure * d) * (store * d);
-      if constexpr (Floored)
-        used = max(used, Real(0.0f));
+      const Real used = max((exposure * d) * (store * d), Real(0.0f));
       d = fma(c, store, d);
       store = fma(used, silverUse, store);
       return used;

@@ -238,7 +238,7 @@ private:
     if (process.retained > 1.0f)
       developAs<BoundedCycle>(cycle, saves);
     else
-      developAs<FactoredCycle<true>>(cycle, saves);
+      developAs<FactoredCycle>(cycle, saves);
   }
 
   template <typename Cycle>

@@ -6,21 +6,10 @@
 #include <cstddef>
 
 #include "device/launch.h"
-#include "film/laboratory_cycles.h"
+#include "film/laboratory_pixel.h"
 
 namespace morvellan::MORVELLAN_TARGET
 {
-
-inline constexpr int labExchanges = labCycles - 1;  // the last cycle's is not seen by any pixel
-
-// The exchanges as each pixel meets them: developer * retain + add after each cycle but the last. After an agitation
-// retain is 0 and add the tank's new concentration.
-struct LabSchedule
-{
-  float retain[labExchanges], add[labExchanges];
-  float concentration, rate;
-  float silver[3];
-};
 
 namespace detail
 {
@@ -30,41 +19,41 @@ inline constexpr int sweepItem =
     16;  // pixels of a work item, `items` apart so that neighbouring threads read side by side
 inline constexpr int sweepGroups = 1;
 #else
-inline constexpr int sweepItem = 2048;                   // pixels of a work item, one after the other
-inline constexpr int sweepGroups = lanes == 16 ? 2 : 1;  // side by side, where there are registers for it
+inline constexpr int sweepItem = 2304;                   // pixels of a work item, one after the other
+inline constexpr int sweepGroups = lanes == 16 ? 3 : 1;  // side by side, where there are registers for it
 #endif
 
-// Thirteen cycles of `Groups` groups of pixels. sums[i] grows by the developer after cycle i, before its exchange, of
-// the pixels that are inside.
-template <typename Cycle, int Groups>
-MORVELLAN_INLINE void developPixels(const LabSchedule& s, const Rgb (&exposure)[Groups], Rgb (&density)[Groups],
-                                    int inside, Real (&sums)[labExchanges])
+// The cycles of `Groups` groups of pixels up to the last of `exchanges`, and after the last of all the density. sums[i]
+// grows by the developer after cycle i, before its exchange, of the pixels that are inside.
+template <typename Pixel, int Groups>
+MORVELLAN_INLINE void developPixels(const LabSchedule& s, int exchanges, const Rgb (&exposure)[Groups],
+                                    Rgb (&density)[Groups], int inside, Real (&sums)[labExchanges])
 {
-  Rgb silver[Groups];
-  Real developer[Groups];
+  Pixel pixels[Groups];
   MORVELLAN_UNROLL
   for (int k = 0; k < Groups; ++k)
-  {
-    silver[k] = {Real(s.silver[0] * s.rate), Real(s.silver[1] * s.rate), Real(s.silver[2] * s.rate)};
-    density[k] = {Real(labFirstDensity), Real(labFirstDensity), Real(labFirstDensity)};
-    developer[k] = Real(s.concentration);
-  }
-  for (int cycle = 0; cycle < labExchanges; ++cycle)
+    pixels[k].begin(s, exposure[k]);
+  const auto exchange = [&](int cycle, const auto& develop)
   {
     const Real retain = Real(s.retain[cycle]);
     const Real add = Real(s.add[cycle]);
+    Real sum = sums[cycle];
     MORVELLAN_UNROLL
     for (int k = 0; k < Groups; ++k)
     {
-      const Real left = Cycle::develop(s.rate, exposure[k], density[k], silver[k], developer[k]);
-      developer[k] = fma(left, retain, add);
-      sums[cycle] = sums[cycle] + (inside < lanes ? select(firstLanes(inside), left, Real(0.0f)) : left);
+      const Real left = develop(pixels[k]);
+      pixels[k].developer = fma(left, retain, add);
+      sum = sum + (inside < lanes ? select(firstLanes(inside), left, Real(0.0f)) : left);
     }
-  }
+    sums[cycle] = sum;
+  };
+  exchange(0, [&](Pixel& p) { return p.firstCycle(s); });
+  exchange(1, [&](Pixel& p) { return p.secondCycle(s); });
+  for (int cycle = 2; cycle < exchanges; ++cycle)
+    exchange(cycle, [&](Pixel& p) { return p.cycle(s); });
   MORVELLAN_UNROLL
   for (int k = 0; k < Groups; ++k)
-    density[k] = {fma(developer[k], silver[k].r, density[k].r), fma(developer[k], silver[k].g, density[k].g),
-                  fma(developer[k], silver[k].b, density[k].b)};
+    density[k] = pixels[k].developed(s);
 }
 
 }  // namespace detail
@@ -76,10 +65,10 @@ inline int sweepItems(ptrdiff_t count)
 }
 
 // Sweeps over `count` pixels, in a launch over items(sweepItems(count)). A sweep with a source decodes it to exposure
-// and alpha first; another reads exposure. Without density only the sums are wanted. partials[i * items + item] is the
-// item's share of the sum after cycle i, which is the same on any number of threads. Cycle is one of
-// laboratory_cycles.h.
-template <typename Cycle>
+// and alpha first; another reads exposure. With density the cycles are run to the end; without, only the sums of the
+// first `exchanges` are wanted. partials[i * items + item] is the item's share of the sum after cycle i, which is the
+// same on any number of threads. Pixel is one of laboratory_pixel.h.
+template <typename Pixel>
 struct laboratory_sweep
 {
   const float* source;
@@ -90,6 +79,7 @@ struct laboratory_sweep
   int channels;
   FilmEntry entry;
   LabSchedule schedule;
+  int exchanges;
   double* partials;
   int items;
 
@@ -147,7 +137,7 @@ private:
     MORVELLAN_UNROLL
     for (int k = 0; k < Groups; ++k)
       e[k] = exposed(Pixels{0, 0, first + k * lanes, inside});
-    detail::developPixels<Cycle, Groups>(schedule, e, d, inside, sums);
+    detail::developPixels<Pixel, Groups>(schedule, density ? labExchanges : exchanges, e, d, inside, sums);
     if (!density)
       return;
     MORVELLAN_UNROLL
