@@ -101,12 +101,22 @@ struct StepBlock
 
 }  // namespace
 
+void decodeBlock(const Decoding& decoding, Block& block, int count)
+{
+  withCurve(decoding.curve, DecodeBlock{decoding, block, count});
+}
+
+void encodeBlock(const Encoding& encoding, Block& block, int count)
+{
+  withCurve(encoding.curve, EncodeBlock{encoding, block, count});
+}
+
 void applyStep(const Step& step, Block& block, int count)
 {
   if (step.kind == StepKind::Decode)
-    withCurve(step.decoding.curve, DecodeBlock{step.decoding, block, count});
+    decodeBlock(step.decoding, block, count);
   else if (step.kind == StepKind::Encode)
-    withCurve(step.encoding.curve, EncodeBlock{step.encoding, block, count});
+    encodeBlock(step.encoding, block, count);
   else
     withKind(step.kind, StepBlock{step, block, count});
 }

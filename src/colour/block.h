@@ -31,7 +31,9 @@ MORVELLAN_INLINE void storeBlock(Block& block, int i, Rgb p)
   store(block.b + i, p.b);
 }
 
-// The step over the block's first `count` pixels. The fourth channel is not touched.
+// decode and encode, and any step, over the block's first `count` pixels. The fourth channel is not touched.
+void decodeBlock(const Decoding& decoding, Block& block, int count);
+void encodeBlock(const Encoding& encoding, Block& block, int count);
 void applyStep(const Step& step, Block& block, int count);
 
 }  // namespace morvellan::MORVELLAN_TARGET

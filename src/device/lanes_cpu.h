@@ -465,6 +465,12 @@ MORVELLAN_INLINE void streamPixelsInAnyOrder(float* at, Real r, Real g, Real b, 
   hw::Stream(a.v, RealTag(), at + 3 * lanes);
 }
 
+// One vector past the caches; `at` is aligned to a vector.
+MORVELLAN_INLINE void stream(float* at, Real x)
+{
+  hw::Stream(x.v, RealTag(), at);
+}
+
 MORVELLAN_INLINE void finishStreaming()
 {
   hwy::FlushStream();

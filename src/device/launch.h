@@ -142,6 +142,8 @@ inline constexpr int runLength = 128;
 
 #ifndef MORVELLAN_TARGET_IS_CUDA
 
+// A kernel's finish(), if it has one, is called on a thread after some of its pixels of a grid or of its runs, after
+// all of them at last.
 template <typename Kernel>
 void launchNamed(const Queue& queue, std::string_view name, Flat shape, const Kernel& kernel)
 {
@@ -175,11 +177,12 @@ void launchNamed(const Queue& queue, std::string_view name, Grid2d shape, const 
                           const int left = shape.width - x;
                           local(Pixels{x, y, static_cast<ptrdiff_t>(y) * shape.width + x, left < lanes ? left : lanes});
                         }
+                      if constexpr (requires { local.finish(); })
+                        local.finish();
                     });
 }
 
-// kernel(first, count): `count` neighbouring pixels, at most runLength, from pixel `first` of the frame. A kernel's
-// finish(), if it has one, is called on a thread after some of its runs, after all of them at last.
+// kernel(first, count): `count` neighbouring pixels, at most runLength, from pixel `first` of the frame.
 template <typename Kernel>
 void launchNamed(const Queue& queue, std::string_view name, Runs shape, const Kernel& kernel)
 {

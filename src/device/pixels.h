@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 #include "device/lanes.h"
 
@@ -90,5 +91,54 @@ MORVELLAN_INLINE void storePlane(float* plane, Pixels at, Real x)
   for (int i = 0; i < at.count; ++i)
     to[i] = whole[i];
 }
+
+#ifndef MORVELLAN_TARGET_IS_CUDA
+
+// Whether a frame of `count` floats at `frame` is better written past the caches, where nobody would find it again, and
+// can be: in whole vectors, for rows of `row` floats. Whoever streams ends with finishStreaming before other threads
+// read.
+inline bool streams(const float* frame, ptrdiff_t row, ptrdiff_t count)
+{
+  constexpr ptrdiff_t large = 1 << 20;
+  return count >= large && row % lanes == 0 && reinterpret_cast<uintptr_t>(frame) % (lanes * sizeof(float)) == 0;
+}
+
+// The rows of a plane for a kernel that only writes them.
+class PlaneRows
+{
+public:
+  PlaneRows(float* plane, int width, int height)
+      : plane(plane), width(width), streamed(streams(plane, width, static_cast<ptrdiff_t>(width) * height))
+  {
+  }
+
+  MORVELLAN_INLINE Pixels at(int x, int y) const
+  {
+    const int left = width - x;
+    return {x, y, static_cast<ptrdiff_t>(y) * width + x, left < 0 ? 0 : left < lanes ? left : lanes};
+  }
+
+  MORVELLAN_INLINE void write(const Pixels& at, Real value) const
+  {
+    if (streamed)
+      stream(plane + at.index, value);
+    else
+      storePlane(plane, at, value);
+  }
+
+  // Some time before the write.
+  MORVELLAN_INLINE void expect(const Pixels& at) const
+  {
+    if (!streamed)
+      __builtin_prefetch(plane + at.index, 1);
+  }
+
+private:
+  float* plane;
+  int width;
+  bool streamed;
+};
+
+#endif
 
 }  // namespace morvellan::MORVELLAN_TARGET

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "film/gaussian_fused.h"
 #include "film/transpose.h"
@@ -44,6 +45,57 @@ GaussianFilter gaussianFilter(float sigma)
           .edgeForward = static_cast<float>((k + a1) / feedback),
           .edgeBackward = static_cast<float>((a2 - a3) / feedback)};
 }
+
+#ifndef MORVELLAN_TARGET_IS_CUDA
+
+GaussianCascade gaussianCascade(float sigma)
+{
+  const double a = slope / heldSigma(sigma);
+  const double e1 = std::exp(-a);
+  const double e2 = std::exp(-2.0 * a);
+  // The response's numerator is n0 + n1 (z + 1 / z), in a scale of its own, over D(z) D(1 / z); it is
+  // (1 + beta z) (1 + beta / z) in another.
+  const double n0 = 1.0 - 4.0 * a * e2 - e2 * e2;
+  const double n1 = e1 * ((a - 1.0) + (a + 1.0) * e2);
+  const double half = n0 / 2.0;
+  GaussianCascade f{};
+  f.beta = static_cast<float>(n1 / (half + std::sqrt(half * half - n1 * n1)));
+  f.pole = static_cast<float>(e1);
+  // The rounded pole counts: what it leaves of 1 divides the gain, and at wide sigmas it is small.
+  const auto beta = static_cast<double>(f.beta);
+  const auto pole = static_cast<double>(f.pole);
+  const double steadyMiddle = (1.0 + beta) / (1.0 - pole);
+  const double steady = steadyMiddle / (1.0 - pole);
+  f.steadyMiddle = static_cast<float>(steadyMiddle);
+  f.steady = static_cast<float>(steady);
+  f.gain = static_cast<float>(1.0 / (steady * steady * steady * steady));
+  // Where a line ends, what u and y are off by falls as the poles have it, and the backward run over it starts far
+  // behind, at 0.
+  for (const size_t unit : {0, 1})
+  {
+    double u = unit == 0 ? 1.0 : 0.0;
+    double y = unit == 1 ? 1.0 : 0.0;
+    std::vector<double> tail;
+    for (int i = 0; i < static_cast<int>(45.0 / a) + 8; ++i)
+    {
+      u *= pole;
+      y = u + pole * y;
+      tail.push_back(y);
+    }
+    double in = 0.0, middle = 0.0, out = 0.0;
+    for (size_t i = tail.size(); i-- > 0;)
+    {
+      middle = tail[i] + beta * in + pole * middle;
+      out = middle + pole * out;
+      in = tail[i];
+    }
+    f.endMiddle[unit] = static_cast<float>(middle);
+    f.end[unit] = static_cast<float>(out);
+  }
+  return f;
+}
+
+#endif
 
 int gaussianRunUp(float sigma)
 {

@@ -1,5 +1,6 @@
-// The Gaussian of a plane on the CPU, with the transposes done in registers inside the filters. Narrow blurs go band by
-// band, columns and rows in one pass; wide ones down strips of columns and then along bands of rows.
+// The Gaussian of a plane on the CPU: a cascade of a forward and a backward filter on each axis, with the transposes
+// done in registers inside the filters. Narrow blurs go tile by tile, columns and rows in one pass; wide ones down
+// strips of columns and then along bands of rows.
 #pragma once
 
 #include "film/gaussian.h"
@@ -7,8 +8,11 @@
 #ifndef MORVELLAN_TARGET_IS_CUDA
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <string>
 
+#include <tbb/parallel_for.h>
 #include <tbb/task_arena.h>
 
 #include "device/memory.h"
@@ -16,6 +20,64 @@
 
 namespace morvellan::MORVELLAN_TARGET
 {
+
+// The response of a GaussianFilter as one filter run forward and then, over its answers, backward, so that each run
+// reads and writes one plane. Its double pole is two poles one after the other,
+// u[i] = x[i] + beta x[i-1] + pole u[i-1] and y[i] = u[i] + pole y[i-1],
+// which keeps the rounding of wide blurs an order of magnitude below that of y's own second-order recursion.
+struct GaussianCascade
+{
+  float beta, pole;
+  float steadyMiddle, steady;  // u and y of a constant 1
+  float gain;                  // of the input, for a gain of 1 over both runs of both axes
+  float endMiddle[2], end[2];  // of the backward run where the line ends: see CascadeState::startAfter
+};
+
+GaussianCascade gaussianCascade(float sigma);
+
+// What a step needs, in registers.
+struct CascadeFeedback
+{
+  Real beta, pole;
+
+  MORVELLAN_INLINE explicit CascadeFeedback(const GaussianCascade& f) : beta(Real(f.beta)), pole(Real(f.pole)) {}
+};
+
+// One of the runs.
+struct CascadeState
+{
+  Real in, middle, out;  // the sample before, and what it left in u and y
+
+  // In the steady state of a line that was `edge` up to here.
+  MORVELLAN_INLINE void start(const GaussianCascade& f, Real edge)
+  {
+    in = edge;
+    middle = Real(f.steadyMiddle) * edge;
+    out = Real(f.steady) * edge;
+  }
+
+  // Backward over the answers of `forward`, whose last sample goes on for ever: its further answers fall from where
+  // they are to the steady state, and the filter's `end` says what they leave behind.
+  MORVELLAN_INLINE void startAfter(const GaussianCascade& f, const CascadeState& forward)
+  {
+    CascadeState settled;
+    settled.start(f, forward.in);
+    const Real middleOff = forward.middle - settled.middle;
+    const Real outOff = forward.out - settled.out;
+    start(f, settled.out);
+    in = fma(Real(f.pole), middleOff + outOff, in);
+    middle = middle + fma(Real(f.endMiddle[0]), middleOff, Real(f.endMiddle[1]) * outOff);
+    out = out + fma(Real(f.end[0]), middleOff, Real(f.end[1]) * outOff);
+  }
+
+  MORVELLAN_INLINE Real step(const CascadeFeedback& f, Real x)
+  {
+    middle = fma(f.pole, middle, fma(f.beta, in, x));
+    out = fma(f.pole, out, middle);
+    in = x;
+    return out;
+  }
+};
 
 // Whether a plane may hold samples that are not finite, which the filter then reads as 0.
 enum class Samples
@@ -27,12 +89,15 @@ enum class Samples
 namespace detail
 {
 
-inline constexpr int bandRows = 32;     // rows filtered side by side: two chains of 16 lanes hide their latency
-inline constexpr int stripVectors = 4;  // as many chains down a strip
+inline constexpr int stripVectors = 4;  // chains down a strip
 inline constexpr int stripColumns = stripVectors * lanes;
+inline constexpr int bandRows = 16;  // rows filtered side by side along their length
 inline constexpr int bandVectors = bandRows / lanes;
-inline constexpr int chains = std::min(2, bandVectors);
-inline constexpr int prefetchDistance = 4 * lanes;  // rows are too many for the machine's own prefetchers
+inline constexpr int tileRows = 64;      // rows of a narrow blur's work item
+inline constexpr int longestRunUp = 32;  // of a narrow blur, in rows and columns
+inline constexpr int rowsAhead = 16;     // prefetched by a wide one
+
+static_assert(longestRunUp <= stripColumns * 2 && tileRows % bandRows == 0);
 
 struct Plane
 {
@@ -40,22 +105,36 @@ struct Plane
   int width, height;
 
   MORVELLAN_INLINE const float* row(int y) const { return data + static_cast<ptrdiff_t>(y) * width; }
+
+  // A sample as the filter takes it.
+  template <Samples Kind>
+  MORVELLAN_INLINE Real read(int y, int x, float gain) const
+  {
+    const Real sample = load(row(y) + x);
+    const Real scaled = sample * Real(gain);
+    return Kind == Samples::Finite ? scaled : select(abs(sample) <= Real(3.40282347e38f), scaled, Real(0.0f));
+  }
 };
 
-// Filters the columns [x, x + stripColumns) of `source` over the rows [first, last), with a run-up of `runUp` rows on
-// either side where the plane has them. emit(row, vector, value) gets the forward answers, top to bottom, and then
-// revise(row, vector, value) the backward ones, bottom to top.
-template <Samples Kind, typename Emit, typename Revise>
-MORVELLAN_INLINE void filterStrip(const GaussianFilter& f, const Plane& source, int x, int first, int last, int runUp,
-                                  const Emit& emit, const Revise& revise)
+// Filters the columns [x, x + stripColumns) of `source` for the rows [first, last), with a run-up of `runUp` rows on
+// either side where the plane has them. `tile` is working memory for them and the run-up below, stripColumns floats a
+// row. Samples are prefetched `ahead` floats before they are read, 0 for not at all. done(row, vector, value) gets the
+// answers, bottom to top.
+template <Samples Kind, typename Done>
+MORVELLAN_INLINE void filterStrip(const GaussianCascade& f, const Plane& source, int x, int first, int last, int runUp,
+                                  ptrdiff_t ahead, float* tile, const Done& done)
 {
-  const auto sample = [&](int y, int v)
+  const auto sample = [&](int y, int v) { return source.read<Kind>(y, x + v * lanes, f.gain); };
+  const auto expect = [&](int y, int v)
   {
-    const Real read = load(source.row(y) + x + v * lanes);
-    return Kind == Samples::Any ? finiteOrZero(read) : read;
+    if (ahead != 0)
+      __builtin_prefetch(source.row(y) + x + v * lanes + ahead);
   };
-  ForwardState forward[stripVectors];
+  const auto at = [&](int y, int v) { return tile + (y - first) * stripColumns + v * lanes; };
+  const CascadeFeedback feedback(f);
   const int top = std::max(0, first - runUp);
+  const int bottom = std::min(source.height, last + runUp);
+  CascadeState forward[stripVectors];
   MORVELLAN_UNROLL
   for (int v = 0; v < stripVectors; ++v)
     forward[v].start(f, sample(top, v));
@@ -63,78 +142,57 @@ MORVELLAN_INLINE void filterStrip(const GaussianFilter& f, const Plane& source, 
   {
     MORVELLAN_UNROLL
     for (int v = 0; v < stripVectors; ++v)
-      forward[v].step(f, sample(y, v));
+    {
+      expect(y, v);
+      forward[v].step(feedback, sample(y, v));
+    }
   }
-  for (int y = first; y < last; ++y)
+  for (int y = first; y < bottom; ++y)
   {
     MORVELLAN_UNROLL
     for (int v = 0; v < stripVectors; ++v)
-      emit(y, v, forward[v].step(f, sample(y, v)));
+    {
+      // The other half is for the way back: a core has only so many misses under way.
+      if (v < stripVectors / 2)
+        expect(y, v);
+      store(at(y, v), forward[v].step(feedback, sample(y, v)));
+    }
   }
-
-  BackwardState backward[stripVectors];
-  const int bottom = std::min(source.height, last + runUp);
+  CascadeState backward[stripVectors];
   MORVELLAN_UNROLL
   for (int v = 0; v < stripVectors; ++v)
-    backward[v].start(f, sample(bottom - 1, v));
+    backward[v].startAfter(f, forward[v]);
   for (int y = bottom - 1; y >= last; --y)
   {
     MORVELLAN_UNROLL
     for (int v = 0; v < stripVectors; ++v)
-      backward[v].step(f, sample(y, v));
+    {
+      if (v >= stripVectors / 2)
+        expect(y, v);
+      backward[v].step(feedback, load(at(y, v)));
+    }
   }
   for (int y = last - 1; y >= first; --y)
   {
     MORVELLAN_UNROLL
     for (int v = 0; v < stripVectors; ++v)
-      revise(y, v, backward[v].step(f, sample(y, v)));
+    {
+      if (v >= stripVectors / 2)
+        expect(y, v);
+      done(y, v, backward[v].step(feedback, load(at(y, v))));
+    }
   }
 }
 
-// The last write of a blur, row by row from `firstRow`: what finish makes of the blurred pixels, into `target`.
-template <typename Finish>
-struct FinishedRows
-{
-  const Finish& finish;
-  float* target;
-  int width;
-  int firstRow = 0;
-
-  FinishedRows below(int row) const { return {finish, target, width, row}; }
-
-  MORVELLAN_INLINE Pixels pixelsAt(int row, int x) const
-  {
-    const int y = firstRow + row;
-    return {x, y, static_cast<ptrdiff_t>(y) * width + x, std::min(lanes, width - x)};
-  }
-
-  MORVELLAN_INLINE void operator()(int row, int x, Real blurred) const
-  {
-    const Pixels at = pixelsAt(row, x);
-    storePlane(target, at, finish(at, blurred));
-  }
-
-  MORVELLAN_INLINE void expect(int row, int x) const
-  {
-    const Pixels at = pixelsAt(row, x);
-    __builtin_prefetch(target + at.index, 1);
-    if constexpr (requires { finish.expect(at); })
-      finish.expect(at);
-  }
-};
-
-// A band of rows on its way through the row filter: samples and forward answers, transposed, `bandRows` values a
-// column.
+// Sixteen rows on their way through the row filter: the forward answers, transposed, in a ring of columns.
 class Band
 {
 public:
-  static constexpr size_t floats(int width)
-  {
-    return 2 * static_cast<size_t>((width + stripColumns - 1) / stripColumns * stripColumns) * bandRows;
-  }
+  // `ring` columns, a power of two.
+  static constexpr size_t floats(int ring) { return static_cast<size_t>(ring) * bandRows; }
 
-  MORVELLAN_INLINE Band(const GaussianFilter& filter, float* memory, int width)
-      : filter(filter), samples(memory), answers(memory + floats(width) / 2), width(width)
+  MORVELLAN_INLINE Band(const GaussianCascade& filter, float* memory, int ring, int width)
+      : filter(filter), memory(memory), last(ring - 1), width(width)
   {
   }
 
@@ -142,98 +200,147 @@ public:
   // to row; `inside` of its rows exist. Strips come left to right.
   MORVELLAN_INLINE void forward(const float* rows, ptrdiff_t rowStep, int inside, int x)
   {
-    for (int v = 0; v < bandVectors; ++v)
-      for (int c = 0; c < stripColumns; c += lanes)
-      {
-        Real square[lanes];
-        MORVELLAN_UNROLL
-        for (int i = 0; i < lanes; ++i)
-          square[i] = load(rows + std::min(v * lanes + i, inside - 1) * rowStep + c);
-        transposeLanes(square);
-        MORVELLAN_UNROLL
-        for (int i = 0; i < lanes; ++i)
-          store(column(samples, x + c + i) + v * lanes, square[i]);
-      }
+    const CascadeFeedback feedback(filter);
+    CascadeState state[bandVectors];
+    std::copy_n(states, bandVectors, state);
     const int end = std::min(x + stripColumns, width);
-    for (int v = 0; v < bandVectors; v += chains)
+    for (int from = x; from < end; from += lanes)
     {
-      if (x == 0)
+      Real square[bandVectors][lanes];
+      MORVELLAN_UNROLL
+      for (int v = 0; v < bandVectors; ++v)
       {
         MORVELLAN_UNROLL
-        for (int k = 0; k < chains; ++k)
-          states[v + k].start(filter, load(column(samples, 0) + (v + k) * lanes));
+        for (int i = 0; i < lanes; ++i)
+          square[v][i] = load(rows + std::min(v * lanes + i, inside - 1) * rowStep + (from - x));
+        transposeLanes(square[v]);
       }
-      ForwardState state[chains];
-      MORVELLAN_UNROLL
-      for (int k = 0; k < chains; ++k)
-        state[k] = states[v + k];
-      for (int i = x; i < end; ++i)
+      if (from == 0)
       {
         MORVELLAN_UNROLL
-        for (int k = 0; k < chains; ++k)
-        {
-          const ptrdiff_t at = (v + k) * lanes;
-          store(column(answers, i) + at, state[k].step(filter, load(column(samples, i) + at)));
-        }
+        for (int v = 0; v < bandVectors; ++v)
+          state[v].start(filter, square[v][0]);
       }
-      MORVELLAN_UNROLL
-      for (int k = 0; k < chains; ++k)
-        states[v + k] = state[k];
+      float* to = columnAt(from);
+      const auto column = [&](int i)
+      {
+        MORVELLAN_UNROLL
+        for (int v = 0; v < bandVectors; ++v)
+          store(to + i * bandRows + v * lanes, state[v].step(feedback, square[v][i]));
+      };
+      if (from + lanes <= end)
+      {
+        MORVELLAN_UNROLL
+        for (int i = 0; i < lanes; ++i)
+          column(i);
+      }
+      else
+      {
+        for (int i = 0; i < end - from; ++i)
+          column(i);
+      }
     }
+    std::copy_n(state, bandVectors, states);
   }
 
-  // Filters backward and hands each group of `lanes` pixels to write(row, x, value), for the rows that exist;
-  // write.expect(row, x) comes some time before.
+  // Filters the columns [first, end) backward and hands each group of `lanes` pixels to write(row, x, value), for the
+  // rows that exist. `first` begins a strip, `end` is another's first or the width. The run starts at column `start`,
+  // which the forward run has reached.
   template <typename Write>
-  MORVELLAN_INLINE void backward(int inside, const Write& write)
+  MORVELLAN_INLINE void backward(int first, int end, int start, int inside, const Write& write)
   {
-    for (int v = 0; v < bandVectors; v += chains)
+    const CascadeFeedback feedback(filter);
+    CascadeState back[bandVectors];
+    MORVELLAN_UNROLL
+    for (int v = 0; v < bandVectors; ++v)
+      if (start == width)
+        back[v].startAfter(filter, states[v]);
+      else
+        back[v].start(filter, load(columnAt(start - 1) + v * lanes));
+    for (int i = start - 1; i >= end; --i)
     {
-      BackwardState state[chains];
       MORVELLAN_UNROLL
-      for (int k = 0; k < chains; ++k)
-        state[k].start(filter, load(column(samples, width - 1) + (v + k) * lanes));
-      for (int x = (width - 1) / lanes * lanes; x >= 0; x -= lanes)
+      for (int v = 0; v < bandVectors; ++v)
+        back[v].step(feedback, load(columnAt(i) + v * lanes));
+    }
+    for (int x = (end - 1) / lanes * lanes; x >= first; x -= lanes)
+    {
+      write.expect(x, inside);
+      const float* from = columnAt(x);
+      Real square[bandVectors][lanes];
+      const auto column = [&](int i)
       {
-        for (int row = v * lanes; row < std::min(inside, (v + chains) * lanes); ++row)
-          write.expect(row, x - prefetchDistance);
-        for (int i = std::min(x + lanes, width) - 1; i >= x; --i)
+        MORVELLAN_UNROLL
+        for (int v = 0; v < bandVectors; ++v)
+          square[v][i] = back[v].step(feedback, load(from + i * bandRows + v * lanes));
+      };
+      if (x + lanes <= end)
+      {
+        MORVELLAN_UNROLL
+        for (int i = lanes - 1; i >= 0; --i)
+          column(i);
+      }
+      else
+      {
+        for (int v = 0; v < bandVectors; ++v)
+          std::fill_n(square[v], lanes, Real(0.0f));
+        for (int i = end - x - 1; i >= 0; --i)
+          column(i);
+      }
+      MORVELLAN_UNROLL
+      for (int v = 0; v < bandVectors; ++v)
+      {
+        transposeLanes(square[v]);
+        if (inside == bandRows)
         {
           MORVELLAN_UNROLL
-          for (int k = 0; k < chains; ++k)
-          {
-            float* answer = column(answers, i) + (v + k) * lanes;
-            store(answer, load(answer) + state[k].step(filter, load(column(samples, i) + (v + k) * lanes)));
-          }
+          for (int i = 0; i < lanes; ++i)
+            write(v * lanes + i, x, square[v][i]);
         }
-        MORVELLAN_UNROLL
-        for (int k = 0; k < chains; ++k)
-          writeSquare((v + k) * lanes, x, inside, write);
+        else
+        {
+          for (int i = 0; i < std::min(lanes, inside - v * lanes); ++i)
+            write(v * lanes + i, x, square[v][i]);
+        }
       }
     }
   }
 
 private:
-  MORVELLAN_INLINE static float* column(float* plane, int x) { return plane + static_cast<ptrdiff_t>(x) * bandRows; }
+  MORVELLAN_INLINE float* columnAt(int x) const { return memory + static_cast<ptrdiff_t>(x & last) * bandRows; }
 
-  template <typename Write>
-  MORVELLAN_INLINE void writeSquare(int row, int x, int inside, const Write& write)
+  const GaussianCascade filter;
+  float* memory;
+  int last;  // of the ring's columns
+  int width;
+  CascadeState states[bandVectors];
+};
+
+// The last write of a blur, for the rows from `firstRow`: what `finish` makes of the blurred pixels.
+template <typename Finish>
+struct FinishedRows
+{
+  const Finish& finish;
+  const PlaneRows& rows;
+  int firstRow;
+
+  MORVELLAN_INLINE void operator()(int row, int x, Real blurred) const
   {
-    Real square[lanes];
-    MORVELLAN_UNROLL
-    for (int i = 0; i < lanes; ++i)
-      square[i] = load(column(answers, x + i) + row);
-    transposeLanes(square);
-    const int rows = std::min(lanes, inside - row);
-    for (int i = 0; i < rows; ++i)
-      write(row + i, x, square[i]);
+    const Pixels at = rows.at(x, firstRow + row);
+    rows.write(at, finish(at, blurred));
   }
 
-  const GaussianFilter filter;
-  float* samples;
-  float* answers;
-  int width;
-  ForwardState states[bandVectors];
+  // The pixels of the next strip.
+  MORVELLAN_INLINE void expect(int x, int inside) const
+  {
+    for (int row = 0; row < inside; ++row)
+    {
+      const Pixels at = rows.at(x + stripColumns, firstRow + row);
+      rows.expect(at);
+      if constexpr (requires { finish.expect(at); })
+        finish.expect(at);
+    }
+  }
 };
 
 // Runs body(item, memory) for each item with `floats` of scratch memory of its thread.
@@ -248,70 +355,95 @@ void withScratch(int count, size_t floats, const Body& body)
                     {
                       const int slot = tbb::this_task_arena::current_thread_index();
                       body(item, memory.data() + whole * static_cast<size_t>(slot));
+                      finishStreaming();
                     });
 }
 
-// Columns and rows of one band at a time, straight from the source: for run-ups that are short beside a band.
-template <Samples Kind, typename Write>
-void blurBands(const GaussianFilter& f, const Plane& source, int runUp, const Write& write)
+// Brings whole rows into the second-level cache: read one after the other, which a machine's prefetchers follow at full
+// speed, as they don't the many rows of a tile that are read side by side.
+MORVELLAN_INLINE void fetchRows(const Plane& source, int first, int last)
+{
+  Real sum = Real(0.0f);
+  for (const float* at = source.row(first); at < source.row(last); at += 16)
+    sum = sum + load(at);
+  asm volatile("" : : "x"(sum.v.raw));
+}
+
+// Columns and rows of one tile at a time, straight from the source: for run-ups of at most longestRunUp.
+template <Samples Kind, typename Finish>
+void blurTiles(const GaussianCascade& f, const Plane& source, int runUp, const PlaneRows& rows, const Finish& finish)
 {
   const int width = source.width;
   const int height = source.height;
-  withScratch((height + bandRows - 1) / bandRows, Band::floats(width),
+  constexpr int ring = 2 * stripColumns;
+  constexpr int tileBands = tileRows / bandRows;
+  constexpr size_t tileFloats = static_cast<size_t>(tileRows + longestRunUp) * stripColumns;
+  withScratch((height + tileRows - 1) / tileRows, tileFloats + tileBands * Band::floats(ring),
               [&](int item, float* memory)
               {
-                const int first = item * bandRows;
-                const int inside = std::min(bandRows, height - first);
-                Band band(f, memory, width);
-                alignas(64) float tile[bandRows * stripColumns];
+                const int first = item * tileRows;
+                const int last = std::min(first + tileRows, height);
+                fetchRows(source, first, std::min(last + runUp, height));
+                const auto bandAt = [&](int k)
+                { return Band(f, memory + tileFloats + Band::floats(ring) * static_cast<size_t>(k), ring, width); };
+                Band bands[tileBands] = {bandAt(0), bandAt(1), bandAt(2), bandAt(3)};
                 for (int x = 0; x < width; x += stripColumns)
                 {
-                  const auto at = [&](int y, int v) { return tile + (y - first) * stripColumns + v * lanes; };
-                  filterStrip<Kind>(
-                      f, source, x, first, first + inside, runUp, [&](int y, int v, Real r) { store(at(y, v), r); },
-                      [&](int y, int v, Real r) { store(at(y, v), load(at(y, v)) + r); });
-                  band.forward(tile, stripColumns, inside, x);
+                  float* const tile = memory;
+                  filterStrip<Kind>(f, source, x, first, last, runUp, 0, tile,
+                                    [&](int y, int v, Real r)
+                                    { store(tile + (y - first) * stripColumns + v * lanes, r); });
+                  const int taken = std::min(x + stripColumns, width);
+                  for (int k = 0; first + k * bandRows < last; ++k)
+                  {
+                    const int top = first + k * bandRows;
+                    const int inside = std::min(bandRows, last - top);
+                    const FinishedRows<Finish> write{finish, rows, top};
+                    bands[k].forward(tile + k * bandRows * stripColumns, stripColumns, inside, x);
+                    if (x > 0)
+                      bands[k].backward(x - stripColumns, x, std::min(x + runUp, taken), inside, write);
+                    if (taken == width)
+                      bands[k].backward(x, width, width, inside, write);
+                  }
                 }
-                band.backward(inside, write.below(first));
-              });
-}
-
-template <typename Write>
-void blurRows(const GaussianFilter& f, const Plane& source, const Write& write)
-{
-  withScratch((source.height + bandRows - 1) / bandRows, Band::floats(source.width),
-              [&](int item, float* memory)
-              {
-                const int first = item * bandRows;
-                const int inside = std::min(bandRows, source.height - first);
-                Band band(f, memory, source.width);
-                for (int x = 0; x < source.width; x += stripColumns)
-                  band.forward(source.row(first) + x, source.width, inside, x);
-                band.backward(inside, write.below(first));
               });
 }
 
 template <Samples Kind>
-void blurColumns(const GaussianFilter& f, const Plane& source, float* target)
+void blurColumns(const GaussianCascade& f, const Plane& source, const PlaneRows& rows)
 {
-  const int width = source.width;
-  tbb::parallel_for(
-      0, (width + stripColumns - 1) / stripColumns,
-      [&](int strip)
-      {
-        const int x = strip * stripColumns;
-        const auto at = [&](int y, int v)
-        {
-          const int column = x + v * lanes;
-          return Pixels{0, 0, static_cast<ptrdiff_t>(y) * width + column, std::clamp(width - column, 0, lanes)};
-        };
-        filterStrip<Kind>(
-            f, source, x, 0, source.height, 0, [&](int y, int v, Real r) { storePlane(target, at(y, v), r); },
-            [&](int y, int v, Real r) { storePlane(target, at(y, v), loadPlane(target, at(y, v)) + r); });
-      });
+  withScratch((source.width + stripColumns - 1) / stripColumns, static_cast<size_t>(source.height) * stripColumns,
+              [&](int strip, float* memory)
+              {
+                const int x = strip * stripColumns;
+                filterStrip<Kind>(f, source, x, 0, source.height, 0, ptrdiff_t{rowsAhead} * source.width, memory,
+                                  [&](int y, int v, Real r) { rows.write(rows.at(x + v * lanes, y), r); });
+              });
+}
+
+template <typename Finish>
+void blurRows(const GaussianCascade& f, const Plane& source, const PlaneRows& rows, const Finish& finish)
+{
+  const int ring = static_cast<int>(std::bit_ceil(static_cast<unsigned>(std::max(source.width, stripColumns))));
+  withScratch((source.height + bandRows - 1) / bandRows, Band::floats(ring),
+              [&](int item, float* memory)
+              {
+                const int first = item * bandRows;
+                const int inside = std::min(bandRows, source.height - first);
+                Band band(f, memory, ring, source.width);
+                for (int x = 0; x < source.width; x += stripColumns)
+                  band.forward(source.row(first) + x, source.width, inside, x);
+                band.backward(0, source.width, source.width, inside, FinishedRows<Finish>{finish, rows, first});
+              });
 }
 
 }  // namespace detail
+
+// Whether a blur needs its scratch plane.
+inline bool blurIsWide(float sigma)
+{
+  return gaussianRunUp(sigma) > detail::longestRunUp;
+}
 
 // One Gaussian of a plane. finish(pixels, blurred) gives what is written for a group of pixels of one row, of which
 // `pixels.count` are inside; it may read and write other planes at those pixels, and have an expect(pixels) that
@@ -321,25 +453,24 @@ template <Samples Kind = Samples::Any, typename Finish>
 void blurFused(const Queue& queue, const float* source, float* scratch, float* target, int width, int height,
                float sigma, const Finish& finish, std::string_view fused = {})
 {
-  const GaussianFilter f = gaussianFilter(sigma);
-  const detail::FinishedRows<Finish> write{finish, target, width};
-  const int runUp = gaussianRunUp(sigma);
   if (width <= 0 || height <= 0)
     return;
-  if (runUp <= detail::bandRows)
+  const GaussianCascade f = gaussianCascade(sigma);
+  const PlaneRows rows(target, width, height);
+  if (!blurIsWide(sigma))
   {
     const std::string name = "iir_guassian+u_d_l_r+iir_guassian+u_d_l_r" + std::string(fused);
     const LaunchWatch watch(queue, name, width, height);
-    detail::blurBands<Kind>(f, {source, width, height}, runUp, write);
+    detail::blurTiles<Kind>(f, {source, width, height}, gaussianRunUp(sigma), rows, finish);
     return;
   }
   {
     const LaunchWatch watch(queue, "iir_guassian+u_d_l_r", width, height);
-    detail::blurColumns<Kind>(f, {source, width, height}, scratch);
+    detail::blurColumns<Kind>(f, {source, width, height}, PlaneRows(scratch, width, height));
   }
   const std::string name = "iir_guassian+u_d_l_r" + std::string(fused);
   const LaunchWatch watch(queue, name, height, width);
-  detail::blurRows(f, {scratch, width, height}, write);
+  detail::blurRows(f, {scratch, width, height}, rows, finish);
 }
 
 }  // namespace morvellan::MORVELLAN_TARGET

@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include "colour/block.h"
 #include "device/memory.h"
 #include "film/gaussian.h"
 #include "film/gaussian_fused.h"
@@ -29,6 +30,7 @@ std::array<Round, 4> roundsOf(float breadth)
 HalationMix mixOf(const HalationSettings& s)
 {
   return {.amount = {s.amount[0], s.amount[1], s.amount[2]},
+          .share = {1.0f / (s.amount[0] + 1.0f), 1.0f / (s.amount[1] + 1.0f), 1.0f / (s.amount[2] + 1.0f)},
           .keep = {s.keep[0], s.keep[1], s.keep[2]},
           .saturation = s.saturation,
           .exit = makeFilmExit(s.inputGamut)};
@@ -80,23 +82,43 @@ void halation(const Queue& queue, float* image, float* blur, int w, int h, int c
 namespace
 {
 
+MORVELLAN_INLINE Pixels pixelsOfRun(ptrdiff_t first, int i, int count)
+{
+  return {0, 0, first + i, count - i < lanes ? count - i : lanes};
+}
+
 // halation_init into the frame, which becomes the original, and three planes.
 struct init_planes
 {
   static constexpr std::string_view name = "halation_init";
   float* image;
-  std::array<float*, 3> planes;
+  std::array<PlaneRows, 3> planes;
   int channels;
   FilmEntry entry;
 
-  MORVELLAN_KERNEL void operator()(Pixels at) const
+  MORVELLAN_KERNEL void operator()(ptrdiff_t first, int count) const
   {
-    const Rgb light = filmLight(entry, loadColour(image, at, channels));
-    storeColour(image, at, channels, light);
-    storePlane(planes[0], at, light.r);
-    storePlane(planes[1], at, light.g);
-    storePlane(planes[2], at, light.b);
+    Block block;
+    const Real zero = Real(0.0f);
+    const Real highest = Real(entry.highest);
+    for (int i = 0; i < count; i += lanes)
+    {
+      const Rgb p = loadColour(image, pixelsOfRun(first, i, count), channels);
+      storeBlock(block, i, {clamp(p.r, zero, highest), clamp(p.g, zero, highest), clamp(p.b, zero, highest)});
+    }
+    decodeBlock(entry.decoding, block, count);
+    for (int i = 0; i < count; i += lanes)
+    {
+      const Pixels at = pixelsOfRun(first, i, count);
+      const Rgb light = heldLight(entry.hasMatrix ? multiply(entry.toFilm, loadBlock(block, i)) : loadBlock(block, i));
+      storeColour(image, at, channels, light);
+      planes[0].write(at, light.r);
+      planes[1].write(at, light.g);
+      planes[2].write(at, light.b);
+    }
   }
+
+  void finish() const { finishStreaming(); }
 };
 
 // halation_linear from the glow's planes, in place on the frame that holds the original.
@@ -104,25 +126,23 @@ struct mix_planes
 {
   static constexpr std::string_view name = "halation_linear";
   float* image;
-  float* blur;
   std::array<float*, 3> planes;
   int channels;
   HalationMix mix;
 
-  MORVELLAN_KERNEL void operator()(Pixels at) const
+  MORVELLAN_KERNEL void operator()(ptrdiff_t first, int count) const
   {
-    const Rgb glow = {loadPlane(planes[0], at), loadPlane(planes[1], at), loadPlane(planes[2], at)};
-    if (channels == 4)
+    Block block;
+    for (int i = 0; i < count; i += lanes)
     {
-      const Rgba original = loadRgba(image, at);
-      const Rgb p = mix(glow, {original.r, original.g, original.b});
-      storeRgba(image, at, {p.r, p.g, p.b, original.a});
-      storeRgba(blur, at, {p.r, p.g, p.b, original.a});
-      return;
+      const Pixels at = pixelsOfRun(first, i, count);
+      const Rgb glow = {loadPlane(planes[0], at), loadPlane(planes[1], at), loadPlane(planes[2], at)};
+      const Rgb light = mix.light(glow, loadColour(image, at, channels));
+      storeBlock(block, i, mix.exit.hasMatrix ? multiply(mix.exit.toInput, light) : light);
     }
-    const Rgb p = mix(glow, loadRgb(image, at));
-    storeRgb(image, at, p);
-    storeRgb(blur, at, p);
+    encodeBlock(mix.exit.encoding, block, count);
+    for (int i = 0; i < count; i += lanes)
+      storeColour(image, pixelsOfRun(first, i, count), channels, loadBlock(block, i));
   }
 };
 
@@ -152,24 +172,25 @@ void halation(const Queue& queue, float* image, float* blur, int w, int h, int c
               const HalationSettings& settings)
 {
   const ptrdiff_t plane = static_cast<ptrdiff_t>(w) * h;
-  const Buffer<float> own(static_cast<size_t>(plane) * 3);
-  const std::array<float*, 3> planes = {own.data(), own.data() + plane, own.data() + 2 * plane};
-  float* scratch = blur;
-  float* first = blur + plane;
-  float* second = blur + 2 * plane;
-  launch(
-      queue, grid2d(w, h),
-      init_planes{.image = image, .planes = planes, .channels = channels, .entry = makeFilmEntry(settings.inputGamut)});
   const std::array<Round, 4> rounds = roundsOf(settings.breadth);
+  // A blur of four channels holds the three planes and the one that the rounds go to and fro with.
+  const int scratchPlanes = blurIsWide(rounds.back().sigma) ? 1 : 0;
+  const Buffer<float> own(static_cast<size_t>(plane) * static_cast<size_t>(scratchPlanes + 4 - channels));
+  const std::array<float*, 3> planes = {blur, blur + plane, blur + 2 * plane};
+  float* const other = channels == 4 ? blur + 3 * plane : own.data() + scratchPlanes * plane;
+  launch(queue, runs(w, h),
+         init_planes{.image = image,
+                     .planes = {PlaneRows(planes[0], w, h), PlaneRows(planes[1], w, h), PlaneRows(planes[2], w, h)},
+                     .channels = channels,
+                     .entry = makeFilmEntry(settings.inputGamut)});
   for (float* channel : planes)
   {
-    halationRound(queue, rounds[0], channel, scratch, first, w, h);
-    halationRound(queue, rounds[1], first, scratch, second, w, h);
-    halationRound(queue, rounds[2], second, scratch, first, w, h);
-    halationRound(queue, rounds[3], first, scratch, channel, w, h);
+    halationRound(queue, rounds[0], channel, own.data(), other, w, h);
+    halationRound(queue, rounds[1], other, own.data(), channel, w, h);
+    halationRound(queue, rounds[2], channel, own.data(), other, w, h);
+    halationRound(queue, rounds[3], other, own.data(), channel, w, h);
   }
-  launch(queue, grid2d(w, h),
-         mix_planes{.image = image, .blur = blur, .planes = planes, .channels = channels, .mix = mixOf(settings)});
+  launch(queue, runs(w, h), mix_planes{.image = image, .planes = planes, .channels = channels, .mix = mixOf(settings)});
 }
 
 #endif

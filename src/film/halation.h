@@ -25,13 +25,18 @@ MORVELLAN_INLINE void storeColour(float* frame, Pixels at, int channels, Rgb p)
     storeRgb(frame, at, p);
 }
 
-// Linear film colour of an input pixel, as the film model holds it: in [0, 469.799988], NaN as 0.
-MORVELLAN_INLINE Rgb filmLight(const FilmEntry& entry, Rgb p)
+// Linear film colour as the film model holds it: in [0, 469.799988], NaN as 0.
+MORVELLAN_INLINE Rgb heldLight(Rgb p)
 {
-  p = filmEntry(entry, p);
   const Real zero = Real(0.0f);
   const Real most = Real(logC4Largest);
   return {clamp(p.r, zero, most), clamp(p.g, zero, most), clamp(p.b, zero, most)};
+}
+
+// The same of an input pixel.
+MORVELLAN_INLINE Rgb filmLight(const FilmEntry& entry, Rgb p)
+{
+  return heldLight(filmEntry(entry, p));
 }
 
 // Decodes into both frames.
@@ -74,16 +79,19 @@ struct FrequencySharpenHalation
 struct HalationMix
 {
   float amount[3];   // red, green, blue: weight of the glow beside the original's 1
+  float share[3];    // 1 / (amount + 1)
   float keep[3];     // 1 is the full effect, 0 none
   float saturation;  // of the glow; 0 makes it grey
   FilmExit exit;
 
-  MORVELLAN_INLINE Rgb operator()(Rgb glow, Rgb original) const
+  MORVELLAN_INLINE Rgb operator()(Rgb glow, Rgb original) const { return filmExit(exit, light(glow, original)); }
+
+  // Before the exit.
+  MORVELLAN_INLINE Rgb light(Rgb glow, Rgb original) const
   {
     if (saturation != 1.0f)
       glow = saturated(glow);
-    return filmExit(exit,
-                    {blended(0, glow.r, original.r), blended(1, glow.g, original.g), blended(2, glow.b, original.b)});
+    return {blended(0, glow.r, original.r), blended(1, glow.g, original.g), blended(2, glow.b, original.b)};
   }
 
 private:
@@ -100,10 +108,9 @@ private:
 
   MORVELLAN_INLINE Real blended(int channel, Real glow, Real original) const
   {
-    const float weight = amount[channel];
-    const Real mix = fma(glow, Real(weight), original) / Real(weight + 1.0f);
-    const float share = keep[channel];
-    return share == 1.0f ? mix : fma(mix, Real(share), Real(1.0f - share) * original);
+    const Real mix = fma(glow, Real(amount[channel]), original) * Real(share[channel]);
+    const float kept = keep[channel];
+    return kept == 1.0f ? mix : fma(mix, Real(kept), Real(1.0f - kept) * original);
   }
 };
 
@@ -135,11 +142,12 @@ struct HalationSettings
 };
 
 // The stage on `image`, w * h pixels of 3 or 4 channels, whose fourth it leaves alone. `blur`, a frame of the same
-// shape, ends with the same colour.
+// shape, is the stage's to use.
 void halation(const Queue& queue, float* image, float* blur, int w, int h, int channels,
               const HalationSettings& settings);
 
-// The same kernel by kernel: what halation does on a GPU, and what its fused form is held against.
+// The same kernel by kernel: what halation does on a GPU, and what its fused form is held against. `blur` ends with the
+// same colour as `image`.
 void halationByKernels(const Queue& queue, float* image, float* blur, int w, int h, int channels,
                        const HalationSettings& settings);
 

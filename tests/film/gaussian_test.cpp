@@ -57,6 +57,27 @@ float largestDifference(const Values& a, const Values& b)
   return largest;
 }
 
+std::vector<double> blurInDouble(const Values& plane, int width, int height, double sigma)
+{
+  std::vector<double> result(plane.begin(), plane.end());
+  const auto filterLines = [&](int count, int length, int next, int step)
+  {
+    std::vector<double> line(static_cast<size_t>(length));
+    for (int t = 0; t < count; ++t)
+    {
+      const auto at = [&](int i) -> double& { return result[static_cast<size_t>(t * next + i * step)]; };
+      for (int i = 0; i < length; ++i)
+        line[static_cast<size_t>(i)] = at(i);
+      const std::vector<double> filtered = gaussianInDouble(line, sigma);
+      for (int i = 0; i < length; ++i)
+        at(i) = filtered[static_cast<size_t>(i)];
+    }
+  };
+  filterLines(width, height, 1, width);
+  filterLines(height, width, width, 1);
+  return result;
+}
+
 constexpr float sigmas[] = {0.05f, 0.2f, 0.4f, 0.8f, 1.6f, 3.2f, 6.4f, 12.8f, 16.3f};
 
 }  // namespace
@@ -117,6 +138,26 @@ ENGINE_TEST(Gaussian, PlaneAgreesWithTheFourKernels)
                 4e-6f)
           << size[0] << " by " << size[1] << ", sigma " << sigma;
     }
+}
+
+// Both forms of the filter, one as the sum of its runs and one as their cascade.
+ENGINE_TEST(Gaussian, BothFormsFollowTheRecursionInDouble)
+{
+  const int width = 200, height = 130;
+  const Values plane = noise(static_cast<size_t>(width) * height, 11);
+  for (const float sigma : sigmas)
+  {
+    const std::vector<double> expected = blurInDouble(plane, width, height, static_cast<double>(sigma));
+    for (const bool fused : {true, false})
+    {
+      const Values result =
+          fused ? blurred(plane, width, height, sigma) : blurredByKernels(plane, width, height, sigma, 1);
+      double worst = 0.0;
+      for (size_t i = 0; i < plane.size(); ++i)
+        worst = std::max(worst, std::fabs(expected[i] - static_cast<double>(result[i])));
+      EXPECT_LT(worst, fused ? 1e-6 : 3e-6) << "sigma " << sigma << ", fused " << fused;
+    }
+  }
 }
 
 ENGINE_TEST(Gaussian, ChannelsAreFilteredApart)

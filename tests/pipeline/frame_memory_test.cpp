@@ -106,12 +106,15 @@ Table pitch(size_t pixels)
 {
   return {{"scratchPlane", pixels * 4}};
 }
-// Kernel by kernel the original as a frame and one plane; on the CPU three planes, and the frame holds the original.
-Table halation()
+// Kernel by kernel the original as a frame and one plane; on the CPU the two frames hold all of it, but for the plane
+// between the two runs of a wide blur.
+Table halation(bool wide = false)
 {
   if (onGpu)
     return {{"original", frameArea * 16}, {"halation plane", frameArea * 4}};
-  return {{"halation planes", frameArea * 12}};
+  if (wide)
+    return {{"halation scratch", frameArea * 4}};
+  return {};
 }
 // Six planes, of which three each lie together; the alpha plane is there before grain needs it. Diffusion borrows what
 // the two frames have left and takes two planes more.
@@ -257,6 +260,9 @@ ENGINE_TEST(FrameMemory, TheLookPipelineTakesTwoFrames)
     frame.expect(FrameRoute::SameSizeLookPipeline, frames());
     frame.values.set("HalationBypass", 0);
     frame.expect(FrameRoute::SameSizeLookPipeline, frames() + halation());
+    frame.values.set("HalationBreadth", 1.0);
+    frame.expect(FrameRoute::SameSizeLookPipeline, frames() + halation(true));
+    frame.values.set("HalationBreadth", 0.25);
     withPitch(frame.values);
     frame.expect(FrameRoute::SameSizeLookPipeline, frames() + halation() + pitch(frameArea));
     frame.values.set("SoupBypass", 0);
