@@ -24,15 +24,4 @@ MORVELLAN_INLINE Real clamp01(Real x)
   return clamp(x, Real(0.0f), Real(1.0f));
 }
 
-// Larger and smaller of two where a number wins over a NaN on either side.
-MORVELLAN_INLINE Real maxNumber(Real a, Real b)
-{
-  return select(isNan(b), a, max(a, b));
-}
-
-MORVELLAN_INLINE Real minNumber(Real a, Real b)
-{
-  return select(isNan(b), a, min(a, b));
-}
-
 }  // namespace morvellan::MORVELLAN_TARGET

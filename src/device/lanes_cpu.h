@@ -85,6 +85,24 @@ MORVELLAN_INLINE Int gather(const int* base, Int index)
 {
   return hw::GatherIndex(IntTag(), base, index.v);
 }
+// One of eight numbers, by the low three bits of each lane's index.
+MORVELLAN_INLINE Real pick(const float (&eight)[8], Int index)
+{
+  const auto low = [&](int bits) { return hw::IndicesFromVec(RealTag(), hw::And(index.v, hw::Set(IntTag(), bits))); };
+  if constexpr (lanes == 16)
+  {
+    const auto half = hw::LoadU(hw::Half<RealTag>(), eight);
+    return hw::TableLookupLanes(hw::Combine(RealTag(), half, half), low(7));
+  }
+  else if constexpr (lanes == 8)
+    return hw::TableLookupLanes(load(eight).v, low(7));
+  else
+  {
+    const auto upper = hw::TestBit(index.v, hw::Set(IntTag(), 4));
+    return hw::IfThenElse(hw::RebindMask(RealTag(), upper), hw::TableLookupLanes(load(eight + 4).v, low(3)),
+                          hw::TableLookupLanes(load(eight).v, low(3)));
+  }
+}
 // 0, 1, 2, ... along the lanes.
 MORVELLAN_INLINE Int laneIndex()
 {
@@ -208,6 +226,24 @@ MORVELLAN_INLINE Mask firstLanes(int count)
 MORVELLAN_INLINE Real select(Mask m, Real a, Real b)
 {
   return hw::IfThenElse(m.m, a.v, b.v);
+}
+
+// Larger and smaller of two where a number wins over a NaN on either side.
+MORVELLAN_INLINE Real maxNumber(Real a, Real b)
+{
+#if HWY_TARGET <= HWY_AVX3
+  return {hw::Vec<RealTag>{_mm512_range_ps(a.v.raw, b.v.raw, 5)}};
+#else
+  return select(isNan(b), a, max(a, b));
+#endif
+}
+MORVELLAN_INLINE Real minNumber(Real a, Real b)
+{
+#if HWY_TARGET <= HWY_AVX3
+  return {hw::Vec<RealTag>{_mm512_range_ps(a.v.raw, b.v.raw, 4)}};
+#else
+  return select(isNan(b), a, min(a, b));
+#endif
 }
 MORVELLAN_INLINE Int select(Mask m, Int a, Int b)
 {

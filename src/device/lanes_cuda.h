@@ -71,6 +71,10 @@ MORVELLAN_INLINE Int gather(const int* base, Int index)
 {
   return base[index.v];
 }
+MORVELLAN_INLINE Real pick(const float (&eight)[8], Int index)
+{
+  return eight[index.v & 7];
+}
 MORVELLAN_INLINE Int laneIndex()
 {
   return 0;
@@ -184,6 +188,16 @@ MORVELLAN_INLINE Mask firstLanes(int count)
 MORVELLAN_INLINE Real select(Mask m, Real a, Real b)
 {
   return m.m ? a.v : b.v;
+}
+// Larger and smaller of two where a number wins over a NaN on either side.
+MORVELLAN_INLINE Real maxNumber(Real a, Real b)
+{
+  return select(isNan(b), a, max(a, b));
+}
+
+MORVELLAN_INLINE Real minNumber(Real a, Real b)
+{
+  return select(isNan(b), a, min(a, b));
 }
 MORVELLAN_INLINE Int select(Mask m, Int a, Int b)
 {

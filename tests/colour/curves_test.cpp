@@ -2,7 +2,9 @@
 // that belong to an index.
 #include "colour/curves.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <set>
 #include <string>
@@ -212,6 +214,33 @@ ENGINE_TEST(Curves, PqOfBlackIsBlack)
       const std::vector<float> r = decoded(table, index, {0.0f, 0.0f, 0.0f, 1.0f});
       EXPECT_EQ(r, (std::vector<float>{0.0f, 0.0f, 0.0f, 1.0f}));
     }
+}
+
+// Every code of 16 bits, and codes beyond 1, against the definition in double: a neutral's light L leaves as L^(5/6),
+// in thousands of cd/m2.
+ENGINE_TEST(Curves, PqKeepsItsRelativeError)
+{
+  std::vector<float> codes;
+  for (int i = 1; i < 65536 + 8192; ++i)
+    codes.push_back(static_cast<float>(i) / 65535.0f);
+  const std::vector<float> light = reds(decoded(CurveTable::Full, 42, neutrals(codes)));
+  struct Range
+  {
+    float from;
+    double bound, worst = 0.0;
+  };
+  Range ranges[] = {{0.0f, 3.5e-6}, {0.01125f, 2e-6}, {0.0425f, 1e-6}, {1.00013f, 5e-6}};
+  for (size_t i = 0; i < codes.size(); ++i)
+  {
+    const double root = std::pow(static_cast<double>(codes[i]), 1.0 / 78.84375);
+    const double quotient = (root - 0.8359375) / (18.8515625 - 18.6875 * root);
+    const double exact = std::pow(10.0 * std::pow(quotient, 1.0 / 0.1593017578125), 5.0 / 6.0);
+    const auto range =
+        std::find_if(std::rbegin(ranges), std::rend(ranges), [&](const Range& r) { return codes[i] >= r.from; });
+    range->worst = std::max(range->worst, std::fabs(static_cast<double>(light[i]) / exact - 1.0));
+  }
+  for (const Range& range : ranges)
+    EXPECT_LE(range.worst, range.bound) << "from code " << range.from;
 }
 
 ENGINE_TEST(Curves, PqSaturatesInPlaceAndInCropsOnly)
