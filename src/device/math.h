@@ -306,6 +306,21 @@ MORVELLAN_INLINE Real plain_cbrt(Real x)
   return copySign(select(a > Real(0.0f), select(a <= Real(3.40282347e38f), y, a), a), x);
 }
 
+// x^(-1/5) of a positive normal number. Relative error at most 2.5e-7; 0 gives a finite number.
+MORVELLAN_INLINE Real inverseFifthRoot(Real x)
+{
+  // A fifth of the exponent as a first guess y, and (x y^5)^(-1/5) as a minimax of degree 5 in 1 - x y^5, which is at
+  // most 0.155 from 0.
+  const Real y = realOfBits(Int(1277903859) - toInt(toReal(bitsOf(x)) * Real(1.0f / 5.0f)));
+  const Real y2 = y * y;
+  const Real off = Real(1.0f) - (x * y) * (y2 * y2);
+  const Real off2 = off * off;
+  const Real terms12 = off * Real(0.119987018f) + Real(0.200000092f);
+  const Real terms34 = off * Real(0.0721428916f) + Real(0.0879702866f);
+  const Real terms345 = off2 * Real(0.0613544211f) + terms34;
+  return y + y * off * (off2 * terms345 + terms12);
+}
+
 // x^y of every x: zero and negatives give 0.
 MORVELLAN_INLINE Real powPositive(Real x, Real y)
 {

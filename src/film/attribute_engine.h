@@ -47,7 +47,8 @@ MORVELLAN_INLINE void applyRefinement(const RefinementBands& b, EngineGroups<Gro
     g.each([&](const Reference& r, const HueSectors&, Rgb p) { return applyChromaBand(b.chroma, r, p); });
   if (b.vibrance.on)
     g.each([&](const Reference& r, const HueSectors&, Rgb p) { return applyVibranceBand(b.vibrance, r.hue, p); });
-  g.each([&](const Reference&, const HueSectors&, Rgb p) { return trailingZone(b.zone, p); });
+  if (b.zone.lowOn || b.zone.highOn)
+    g.each([&](const Reference&, const HueSectors&, Rgb p) { return trailingZone(b.zone, p); });
 }
 
 // The whole engine on linear pixels. Without `Vectors` the vectors' code is left out and their switches are not read.

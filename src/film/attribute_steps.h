@@ -38,7 +38,7 @@ MORVELLAN_INLINE Real highWeight(const ZoneWeights& zone, Real average, Real sha
 
 MORVELLAN_INLINE Real lowWeight(const ZoneWeights& zone, Real share)
 {
-  return plain_exp2(plain_log2Positive(share) * Real(zone.lowRange));
+  return exp2NotPositive(plain_log2Positive(share) * Real(zone.lowRange));
 }
 
 // The zone step that ends an attribute or a refinement.
@@ -140,117 +140,104 @@ MORVELLAN_INLINE Rgb applySaturationBand(const SaturationBand& band, Real hue, R
   return select(average > Real(0.0f), clampFilm(fromNeutral(pulled)), c);
 }
 
-// A colour as its largest channel and the channels over it, the largest itself exactly 1. Below the normal numbers
-// there is no colour.
-struct Tint
-{
-  Real peak;
-  Mask coloured;
-  Rgb n;
-};
-
-MORVELLAN_INLINE Tint tintOf(Rgb c)
-{
-  const Real one(1.0f);
-  const Real peak = largest(c);
-  const Mask dark = peak < Real(1.2e-38f);
-  const Real perPeak = one / select(dark, one, peak);
-  const auto over = [&](Real x) { return select(x == peak, one, x * perPeak); };
-  return {peak, !dark, {over(c.r), over(c.g), over(c.b)}};
-}
-
-// 1 - the smallest of three quotients n / u, for n between `lowest` and `highest`.
-MORVELLAN_INLINE Real distanceFromNeutral(Real lowest, Real highest, Real u)
-{
-  return Real(1.0f) - select(u < Real(0.0f), highest, lowest) / u;
-}
-
 // The overall strength of hue bands without vectors.
 inline constexpr float bandHueStrength = 0.33f;
 
-// How strongly hue bands act on a colour: 0 for neutrals, 1 for the purest.
-MORVELLAN_INLINE Real hueChroma(Rgb n, float strength)
+// How strongly hue moves act on a colour: 0 for neutrals, the highest channel for the purest.
+MORVELLAN_INLINE Real hueReach(const Extent& e, float strength)
 {
-  const Real lowest = smallest(n);
-  const Real u = Real(1.0f - strength) * lowest + Real(strength);
-  const Real s = min(distanceFromNeutral(lowest, Real(1.0f), u), Real(1.0f));
-  return s * Real(0.34f) + s * (Real(1.0f) - s) * Real(0.66f);
+  const Real lowest = max(e.lowest, Real(0.0f));
+  // 1 - min(n) / u with u = (1 - strength) min(n) + strength, n being the channels over the highest.
+  const Real u = Real(1.0f - strength) * lowest + Real(strength) * e.peak;
+  const Real s = min(Real(strength) * (e.peak - lowest) / u, Real(1.0f));
+  return e.peak * (s * (Real(1.0f) - s * Real(0.66f)));
 }
 
-MORVELLAN_INLINE Rgb moveByVectors(const HueVectors& v, const HueSectors& s, Real chroma, Rgb n)
+// The moves are at most as large as the highest channel, so that only the lower bound of the clamps can be met.
+MORVELLAN_INLINE Rgb moveByVectors(const HueVectors& v, const HueSectors& s, Real reach, Rgb c)
 {
   const Real zero(0.0f);
-  const Real additive = chroma * s.additive * s.pickAdditive(v.axis);
+  const Real additive = reach * s.additive * s.pickAdditive(v.axis);
   const Real green = select(s.green, additive, zero);
   const Real blue = select(s.blue, additive, zero);
   const Real red = additive - green - blue;
-  const Rgb first = clampFilm(Rgb{n.r + blue - green, n.g + red - blue, n.b + green - red});
-  const Real subtractive = chroma * s.subtractive * s.pickSubtractive(v.axis);
+  const Rgb first = positive(Rgb{c.r + blue - green, c.g + red - blue, c.b + green - red});
+  const Real subtractive = reach * s.subtractive * s.pickSubtractive(v.axis);
   const Real yellow = select(s.yellow, subtractive, zero);
   const Real cyan = select(s.cyan, subtractive, zero);
   const Real magenta = subtractive - yellow - cyan;
-  return clampFilm(Rgb{first.r + yellow - magenta, first.g + cyan - yellow, first.b + magenta - cyan});
+  return positive(Rgb{first.r + yellow - magenta, first.g + cyan - yellow, first.b + magenta - cyan});
 }
 
-MORVELLAN_INLINE Rgb moveByBand(const HueBand& band, Real hue, Real chroma, Rgb n)
+MORVELLAN_INLINE Rgb moveByBand(const HueBand& band, Real hue, Real reach, Rgb c)
 {
-  const Real w = chroma * weightOf(band.window, hue);
-  return {w * Real(band.move[0]) + n.r, w * Real(band.move[1]) + n.g, w * Real(band.move[2]) + n.b};
+  const Real w = reach * weightOf(band.window, hue);
+  return clampFilm(Rgb{w * Real(band.move[0]) + c.r, w * Real(band.move[1]) + c.g, w * Real(band.move[2]) + c.b});
 }
 
 template <bool Vectors>
 MORVELLAN_INLINE Rgb applyHue(const AttributeEngine& e, const HueSectors& sectors, Real hue, Rgb c)
 {
-  const Tint t = tintOf(c);
-  const Real chroma = hueChroma(t.n, Vectors && e.hueVectors.on ? e.hueVectors.strength : bandHueStrength);
-  Rgb n = t.n;
+  const Extent extent = extentOf(c);
+  const Real reach = hueReach(extent, Vectors && e.hueVectors.on ? e.hueVectors.strength : bandHueStrength);
+  Rgb moved = c;
   if (Vectors && e.hueVectors.on)
-    n = moveByVectors(e.hueVectors, sectors, chroma, n);
-  Rgb result;
+    moved = moveByVectors(e.hueVectors, sectors, reach, moved);
   if (e.custom.hue.on)
-    result = clampFilm(scaled(moveByBand(e.custom.hue, hue, chroma, n), t.peak));
-  else
-    result = scaled(n, t.peak);
-  return select(t.coloured, trailingZone(e.hueZone, result), c);
+    moved = moveByBand(e.custom.hue, hue, reach, moved);
+  return select(extent.peak <= Real(0.0f), c, trailingZone(e.hueZone, moved));
 }
 
 MORVELLAN_INLINE Rgb applyHueBand(const HueBand& band, Real hue, Rgb c)
 {
-  const Tint t = tintOf(c);
-  const Rgb n = moveByBand(band, hue, hueChroma(t.n, bandHueStrength), t.n);
-  return select(t.coloured, clampFilm(scaled(n, t.peak)), c);
+  const Extent extent = extentOf(c);
+  const Rgb moved = moveByBand(band, hue, hueReach(extent, bandHueStrength), c);
+  return select(extent.peak <= Real(0.0f), c, moved);
 }
 
-// Chroma. The gain of a band at the weight t of its window: 1 outside, `gain` in the middle. Its flank is a power of
+// Chroma. What a band of weight t adds to the gain 1: nothing outside, `excess` in the middle. Its flank is a power of
 // 1 - smooth(t), which keeps its precision near the middle as (1 - t)^2 (1 + 2 t).
-MORVELLAN_INLINE Real chromaGain(Real t, Real gain, Real flank)
+MORVELLAN_INLINE Real flankedExcess(Real t, Real excess, Real flank)
 {
   const Real one(1.0f);
   const Real outside = (one - t) * (one - t) * (one + (t + t));
-  const Real e = one - exp2NotPositive(plain_log2Positive(outside) * flank);
-  return gain * e + (one - e);
+  return excess * (one - exp2NotPositive(plain_log2Positive(outside) * flank));
 }
 
-// 1 - the overall strength of chroma, where no vectors are on.
+MORVELLAN_INLINE Real bandExcess(const ChromaBand& band, Real hue)
+{
+  const Real t = weightOf(band.window, hue);
+  if (band.flank != 1.0f)
+    return flankedExcess(t, Real(band.excess), Real(band.flank));
+  return Real(band.excess) * smooth(t);
+}
+
+MORVELLAN_INLINE Real vectorExcess(bool flanked, Real t, Real excess, Real flank)
+{
+  return flanked ? flankedExcess(t, excess, flank) : excess * smooth(t);
+}
+
+// 1 - the overall strength of chroma, where no vectors are on; a fifth.
 inline constexpr float bandChromaShape = 0.199999988f;
 
-// The factor of a pixel for a gain: the gain itself for colours whose chroma it suits, 1 for neutrals.
-MORVELLAN_INLINE Real chromaFactor(Real gain, const Reference& reference, float shape)
+// The factor of a pixel for a gain of 1 + excess: the gain itself for colours whose chroma it suits, 1 for neutrals.
+MORVELLAN_INLINE Real chromaFactor(Real excess, Real lowest, float shape)
 {
   const Real one(1.0f);
-  const Real p = min(one / gain, one);
-  const Real y = (one - p) * reference.lowest + p;
-  const Real distance = clamp01(distanceFromNeutral(reference.lowest, reference.highest, y));
-  const Real f = select(y == Real(0.0f), one, distance);
+  const Real zero(0.0f);
+  // 1 - min(n) / y with y = (1 - p) min(n) + p and p = min(1, 1 / gain).
+  const Real f = (one - lowest) / (lowest * max(excess, zero) + one);
+  // q = f^(2 + shape) / (shape + f^(1 + shape)).
+  if (shape == bandChromaShape)
+  {
+    const Real perRoot = inverseFifthRoot(f);
+    const Real halfPower = f * perRoot * perRoot;
+    const Real power = halfPower * halfPower;
+    return excess * (f * power / (power + Real(bandChromaShape))) + one;
+  }
   const Real power = exp2NotPositive(plain_log2Positive(f) * Real(shape + 1.0f));
   const Real q = min(f * power / (Real(shape) + power), Real(2.0f));
-  return select(f == Real(0.0f), one, gain * q + (one - q));
-}
-
-MORVELLAN_INLINE Real chromaBandFactor(const ChromaBand& band, Real hue, const Reference& reference, float shape)
-{
-  const Real gain = chromaGain(weightOf(band.window, hue), Real(band.gain), Real(band.flank));
-  return chromaFactor(gain, reference, shape);
+  return select(f == zero, one, excess * q + one);
 }
 
 template <bool Vectors>
@@ -261,125 +248,138 @@ MORVELLAN_INLINE Rgb applyChroma(const AttributeEngine& e, const HueSectors& s, 
   if (Vectors && e.chromaVectors.on)
   {
     const ChromaVectors& v = e.chromaVectors;
-    const Real additive = chromaGain(s.additive, s.pickAdditive(v.gain), s.pickAdditive(v.flank));
-    const Real subtractive = chromaGain(s.subtractive, s.pickSubtractive(v.gain), s.pickSubtractive(v.flank));
-    factor = chromaFactor(additive, reference, shape) * chromaFactor(subtractive, reference, shape);
+    const Real additive = vectorExcess(v.flanked, s.additive, s.pickAdditive(v.excess), s.pickAdditive(v.flank));
+    const Real subtractive =
+        vectorExcess(v.flanked, s.subtractive, s.pickSubtractive(v.excess), s.pickSubtractive(v.flank));
+    factor = chromaFactor(additive, reference.lowest, shape) * chromaFactor(subtractive, reference.lowest, shape);
   }
   if (e.custom.chroma.on)
-    factor = factor * chromaBandFactor(e.custom.chroma, reference.hue, reference, shape);
+    factor = factor * chromaFactor(bandExcess(e.custom.chroma, reference.hue), reference.lowest, shape);
   return select(largest(c) <= Real(0.0f), c, trailingZone(e.chromaZone, scaled(c, factor)));
 }
 
 MORVELLAN_INLINE Rgb applyChromaBand(const ChromaBand& band, const Reference& reference, Rgb c)
 {
-  const Real factor = chromaBandFactor(band, reference.hue, reference, bandChromaShape);
-  return select(largest(c) <= Real(0.0f), c, scaled(c, factor));
+  const Real factor = chromaFactor(bandExcess(band, reference.hue), reference.lowest, bandChromaShape);
+  return scaled(c, select(largest(c) <= Real(0.0f), Real(1.0f), factor));
 }
 
-// Vibrance. y ^ exponent mixed into y by weight, for y in [0, 1]; what is not positive stays.
-MORVELLAN_INLINE Real bent(Real y, Real log, Real weight, Real exponent)
-{
-  const Real curved = weight * exp2NotPositive(log * exponent) + y * (Real(1.0f) - weight);
-  return select(y > Real(0.0f), curved, y);
-}
-
-// The channels of a tint in their order: the highest is 1, and any power of it stays 1.
+// Vibrance. The channels of a colour in their order, the lower two over the highest too, none of those below 0. Below
+// the normal numbers there is no colour.
 struct Ranked
 {
-  Real lowest, middle;
+  Real highest, middle, lowest;  // as they are
+  Real peak;                     // the highest, held to a number
+  Mask dark;
+  Real middleShare, lowestShare;
+  Real distance;  // of the lowest from the highest, over it; beyond 1 where the lowest is negative
 };
 
-MORVELLAN_INLINE Ranked ranked(Rgb n)
-{
-  return {smallest(n), max(min(n.r, n.g), min(max(n.r, n.g), n.b))};
-}
-
-// A tint's curved form, as what its lowest and middle channels became, and its linear form; they are averaged in the
-// end. Beside them stand the lowest channel and its distance from the highest as they were.
-struct VibranceForms
-{
-  Ranked curved;
-  Rgb linear;
-  Real lowest, lowestLog, distance;
-};
-
-MORVELLAN_INLINE VibranceForms vibranceForms(Rgb n)
-{
-  const Ranked r = ranked(n);
-  return {r, n, r.lowest, plain_log2Positive(r.lowest), Real(1.0f) - r.lowest};
-}
-
-// A mix of powers of the lowest channel, as a factor of its distance from the highest.
-MORVELLAN_INLINE Real distanceFactor(const VibranceForms& forms, Real weight, Real exponent)
+MORVELLAN_INLINE Ranked ranked(Rgb c)
 {
   const Real one(1.0f);
-  const Real s = forms.distance;
-  const Real power = exp2NotPositive(forms.lowestLog * exponent);
-  const Real factor = (weight * (one - power) + s * (one - weight)) / s;
-  return select((s == Real(0.0f)) | (s > one), one, factor);
+  const Real zero(0.0f);
+  const Extent e = extentOf(c);
+  const Real middle = max(min(c.r, c.g), min(max(c.r, c.g), c.b));
+  const Mask dark = e.peak < Real(1.2e-38f);
+  const Real perPeak = one / select(dark, one, e.peak);
+  const Real lowest = e.lowest * perPeak;
+  return {e.highest, middle, e.lowest, e.peak, dark, max(middle * perPeak, zero), max(lowest, zero), one - lowest};
 }
 
-MORVELLAN_INLINE void bendByVectors(const VibranceVectors& v, const HueSectors& sectors, VibranceForms& forms)
+// y^exponent for y in [0, 1]; 0 stays 0.
+MORVELLAN_INLINE Real unitPower(Real y, Real exponent)
 {
-  const Real additive = forms.distance * sectors.additive;
-  const Real subtractive = forms.distance * sectors.subtractive;
+  return exp2NotPositive(plain_log2Positive(y) * exponent);
+}
+
+// A pixel by its channels' ranks.
+MORVELLAN_INLINE Real byRank(const Ranked& r, Real channel, Real lowest, Real middle, Real highest)
+{
+  return select(channel == r.lowest, lowest, select(channel == r.highest, highest, middle));
+}
+
+// The curved form of a band mixes powers of the channels over the highest into them, by weight; the linear one draws
+// all channels to the highest by the same share of the way that the lowest goes. The two are averaged.
+MORVELLAN_INLINE Rgb applyVibranceBand(const VibranceBand& band, Real hue, Rgb c)
+{
+  const Real zero(0.0f);
+  const Real half(0.5f);
+  const Ranked r = ranked(c);
+  const Real t = weightOf(band.window, hue);
+  const Real exponent(band.exponent);
+  const Real lowestRise = unitPower(r.lowestShare, exponent) - r.lowestShare;
+  const Real middleRise = unitPower(r.middleShare, exponent) - r.middleShare;
+  const Real halfPeak = half * r.peak;
+  const Real weight = halfPeak * (r.distance * t);
+  const Real halfRest = half * (t * lowestRise);
+  const Real toPeak = halfRest * r.peak;
+  const Real lowest = max(r.lowest, zero) * half + weight * lowestRise;
+  const Real middle = max(r.middle, zero) * half + weight * middleRise;
+  const Real middleBound = clamp(middle, zero, halfPeak * Real(logC4Largest));
+  const Real own = half - halfRest;
+  const auto mix = [&](Real x)
+  { return clampFilm(x * own + byRank(r, x, lowest + toPeak, middleBound + toPeak, halfPeak + toPeak)); };
+  return select(r.dark, c, Rgb{mix(c.r), mix(c.g), mix(c.b)});
+}
+
+// The same by vectors, over the highest channel; the linear form meets a clamp of its own before a band acts on it.
+MORVELLAN_INLINE Rgb bendByVectors(const AttributeEngine& e, const HueSectors& sectors, Real hue, const Ranked& r,
+                                   Rgb c)
+{
+  const Real one(1.0f);
+  const Real half(0.5f);
+  const VibranceVectors& v = e.vibranceVectors;
+  const Real additive = r.distance * sectors.additive;
+  const Real subtractive = r.distance * sectors.subtractive;
   const Real exponentA = sectors.pickAdditive(v.exponent);
   const Real exponentS = sectors.pickSubtractive(v.exponent);
-  const auto curve = [&](Real y, Real log)
-  {
-    const Real first = clampFilm(bent(y, log, additive, exponentA));
-    return clampFilm(bent(first, plain_log2Positive(first), subtractive, exponentS));
-  };
-  const Real fa = distanceFactor(forms, additive, exponentA);
-  const Real fb = distanceFactor(forms, subtractive, exponentS);
-  const Real offset = (Real(1.0f) - fa) * Real(1.10000002f);
-  const auto line = [&](Real y) { return clampFilm((y * fa + offset) * fb + offset); };
-  forms.curved = {curve(forms.curved.lowest, forms.lowestLog),
-                  curve(forms.curved.middle, plain_log2Positive(forms.curved.middle))};
-  forms.linear = {line(forms.linear.r), line(forms.linear.g), line(forms.linear.b)};
-}
+  const auto bent = [](Real y, Real power, Real weight) { return clampFilm(weight * (power - y) + y); };
+  const Real lowestLog = plain_log2Positive(r.lowestShare);
+  const auto powerOfLowest = [&](Real exponent) { return exp2NotPositive(lowestLog * exponent); };
 
-MORVELLAN_INLINE void bendByBand(const VibranceBand& band, Real hue, VibranceForms& forms)
-{
-  const Real w = forms.distance * weightOf(band.window, hue);
-  const Real exponent(band.exponent);
-  const Real f = distanceFactor(forms, w, exponent);
-  const Real rest = Real(1.0f) - f;
-  const auto curve = [&](Real y) { return bent(y, plain_log2Positive(y), w, exponent); };
-  forms.curved = {curve(forms.curved.lowest), curve(forms.curved.middle)};
-  forms.linear = {forms.linear.r * f + rest, forms.linear.g * f + rest, forms.linear.b * f + rest};
-}
+  const Real lowestA = powerOfLowest(exponentA);
+  Real lowest = bent(r.lowestShare, lowestA, additive);
+  lowest = bent(lowest, unitPower(lowest, exponentS), subtractive);
+  Real middle = bent(r.middleShare, unitPower(r.middleShare, exponentA), additive);
+  middle = bent(middle, unitPower(middle, exponentS), subtractive);
+  // The shares of the way to the highest channel, and one more that both forms of the linear part add.
+  const Real restA = sectors.additive * (lowestA - r.lowestShare);
+  const Real restS = sectors.subtractive * (powerOfLowest(exponentS) - r.lowestShare);
+  const Real gain = (one - restA) * (one - restS);
+  const Real offset = restA * Real(1.10000002f) * (Real(2.0f) - restS);
 
-MORVELLAN_INLINE Rgb halfCurved(const VibranceForms& forms, const Tint& t)
-{
-  const Real half(0.5f);
-  const auto mix = [&](Real n, Real linear)
+  Real rest(0.0f);
+  if (e.custom.vibrance.on)
   {
-    const Real below = select(n < Real(1.0f), forms.curved.middle, n);
-    const Real curved = clampFilm(select(n == forms.lowest, forms.curved.lowest, below));
-    return clampFilm(t.peak * (curved * half + linear * half));
+    const VibranceBand& band = e.custom.vibrance;
+    const Real t = weightOf(band.window, hue);
+    const Real weight = r.distance * t;
+    const Real exponent(band.exponent);
+    lowest = clampFilm(weight * (unitPower(lowest, exponent) - lowest) + lowest);
+    middle = clampFilm(weight * (unitPower(middle, exponent) - middle) + middle);
+    rest = t * (powerOfLowest(exponent) - r.lowestShare);
+  }
+  const Real perPeak = gain / r.peak;
+  const auto mix = [&](Real x)
+  {
+    const Real line = clampFilm(x * perPeak + offset);
+    const Real linear = line + rest * (one - line);
+    return clampFilm(r.peak * (half * (byRank(r, x, lowest, middle, one) + linear)));
   };
-  return {mix(t.n.r, forms.linear.r), mix(t.n.g, forms.linear.g), mix(t.n.b, forms.linear.b)};
+  return {mix(c.r), mix(c.g), mix(c.b)};
 }
 
 template <bool Vectors>
 MORVELLAN_INLINE Rgb applyVibrance(const AttributeEngine& e, const HueSectors& sectors, Real hue, Rgb c)
 {
-  const Tint t = tintOf(c);
-  VibranceForms forms = vibranceForms(t.n);
   if (Vectors && e.vibranceVectors.on)
-    bendByVectors(e.vibranceVectors, sectors, forms);
-  if (e.custom.vibrance.on)
-    bendByBand(e.custom.vibrance, hue, forms);
-  return select(t.coloured, trailingZone(e.vibranceZone, halfCurved(forms, t)), c);
-}
-
-MORVELLAN_INLINE Rgb applyVibranceBand(const VibranceBand& band, Real hue, Rgb c)
-{
-  const Tint t = tintOf(c);
-  VibranceForms forms = vibranceForms(t.n);
-  bendByBand(band, hue, forms);
-  return select(t.coloured, halfCurved(forms, t), c);
+  {
+    const Ranked r = ranked(c);
+    return select(r.dark, c, trailingZone(e.vibranceZone, bendByVectors(e, sectors, hue, r, c)));
+  }
+  return select(largest(c) <= Real(0.0f), c,
+                trailingZone(e.vibranceZone, applyVibranceBand(e.custom.vibrance, hue, c)));
 }
 
 }  // namespace morvellan::MORVELLAN_TARGET

@@ -12,14 +12,8 @@ namespace
 
 HueWindow makeWindow(const BandSettings& band)
 {
-  HueWindow w;
-  w.centre = std::fmod(band.hue, 6.0f);
-  w.lowFrom = 2.0f - band.width;
-  w.highFrom = 2.0f + band.width;
-  // A width of 0 makes both infinite: a window without flanks, whose middle is NaN and counts as outside.
-  w.lowScale = 1.0f / (2.0f - w.lowFrom);
-  w.highScale = 1.0f / (2.0f - w.highFrom);
-  return w;
+  // Without a width the tent is nothing but its middle, where 0 times infinity counts as outside.
+  return {.fromMiddle = std::fmod(band.hue, 6.0f) - 2.0f, .perWidth = std::max(0.0f, 1.0f / band.width)};
 }
 
 SaturationBand makeSaturation(const BandSettings& band)
@@ -47,7 +41,7 @@ ChromaBand makeChroma(const BandSettings& band)
 {
   return {.on = band.live,
           .window = makeWindow(band),
-          .gain = band.strength,
+          .excess = band.strength - 1.0f,
           .flank = std::min(1.0f, 2.0f / band.strength)};
 }
 
@@ -71,8 +65,10 @@ ChromaVectors makeChromaVectors(const AttributeSettings& chroma)
   ChromaVectors v{.on = chroma.vectorLive, .shape = 1.0f - chroma.vectorStrength};
   for (int i = 0; i < 6; ++i)
   {
-    v.gain[i] = std::exp2(chroma.axis[i] * 4.0f);
-    v.flank[i] = std::min(1.0f, 2.0f / v.gain[i]);
+    const float gain = std::exp2(chroma.axis[i] * 4.0f);
+    v.excess[i] = gain - 1.0f;
+    v.flank[i] = std::min(1.0f, 2.0f / gain);
+    v.flanked = v.flanked || v.flank[i] != 1.0f;
   }
   return v;
 }

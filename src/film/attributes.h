@@ -55,12 +55,11 @@ struct RefinementSettings
 inline constexpr int soupRefinements = 11;
 inline constexpr int printRefinements = 6;
 
-// A band's window over hue: with x = (hue + centre) modulo 6, the ramp (x - from) * scale on either side of x = 2.
+// A band's window over hue: a tent of height 1 over x = 2, x being (hue + centre) modulo 6.
 struct HueWindow
 {
-  float centre = 0.0f;
-  float lowFrom = 1.0f, lowScale = 1.0f;     // x < 2
-  float highFrom = 3.0f, highScale = -1.0f;  // x >= 2
+  float fromMiddle = 0.0f;  // centre - 2
+  float perWidth = 1.0f;    // of the half-width; infinite without one
 };
 
 struct SaturationBand
@@ -81,8 +80,8 @@ struct ChromaBand
 {
   bool on = false;
   HueWindow window = {};
-  float gain = 1.0f;
-  float flank = 1.0f;  // exponent of the window's flank: min(1, 2 / gain)
+  float excess = 0.0f;  // the gain, less 1
+  float flank = 1.0f;   // exponent of the window's flank: min(1, 2 / gain)
 };
 
 struct VibranceBand
@@ -115,9 +114,10 @@ struct HueVectors
 struct ChromaVectors
 {
   bool on = false;
-  float gain[6] = {};
+  float excess[6] = {};  // the gains, less 1
   float flank[6] = {};
-  float shape = 0.0f;  // 1 - the overall strength
+  bool flanked = false;  // whether any flank is not 1
+  float shape = 0.0f;    // 1 - the overall strength
 };
 
 struct VibranceVectors

@@ -7,35 +7,39 @@
 namespace morvellan::MORVELLAN_TARGET
 {
 
-// x modulo 6 of x in [0, 12); what is not a number becomes a small one, so that a window gives it no weight.
-MORVELLAN_INLINE Real modulo6(Real x)
+// The highest and the lowest channel; a number wins over a NaN. `peak` is the highest, held to a number.
+struct Extent
 {
-  const Real wrapped = select(x >= Real(6.0f), x - Real(6.0f), x);
-  return select(isNan(wrapped), Real(9.99999975e-06f), wrapped);
+  Real highest, lowest, peak;
+};
+
+MORVELLAN_INLINE Extent extentOf(Rgb c)
+{
+  const Real highest = largest(c);
+  return {highest, smallest(c), min(highest, Real(1e36f))};
 }
 
 // The colour that windows and the chroma attribute refer to: the pixel as it enters the engine.
 struct Reference
 {
-  Real hue;              // [0, 6)
-  Real lowest, highest;  // of the channels over their largest; as they are where that is not positive
+  Real hue;     // [0, 6)
+  Real lowest;  // the lowest channel over the highest, none below 0; any number where nothing is above 0
 };
 
 MORVELLAN_INLINE Reference referenceOf(Rgb c)
 {
-  const Real peak = largest(c);
-  const Mask coloured = peak > Real(0.0f);
-  const Real divisor = select(coloured, peak, Real(1.0f));
-  const Rgb n{c.r / divisor, c.g / divisor, c.b / divisor};
-  const Real highest = largest(n);
-  const Real lowest = smallest(n);
-  const Real span = highest - lowest;
-  const Mask red = (n.r >= n.g) & (n.r >= n.b);
-  const Mask green = n.g >= n.b;
-  const Real difference = select(red, n.g - n.b, select(green, n.b - n.r, n.r - n.g));
+  const Real zero(0.0f);
+  const Extent e = extentOf(c);
+  const Real span = e.peak - e.lowest;
+  const Mask red = (c.r >= c.g) & (c.r >= c.b);
+  const Mask green = c.g >= c.b;
+  const Real difference = select(red, c.g - c.b, select(green, c.b - c.r, c.r - c.g));
   const Real origin = select(red, Real(6.0f), select(green, Real(2.0f), Real(4.0f)));
-  const Real hue = modulo6(difference / span + origin);
-  return {select(coloured & (span != Real(0.0f)), hue, Real(0.0f)), lowest, highest};
+  const Real hue = difference / span + origin;
+  const Real wrapped = select(hue >= Real(6.0f), hue - Real(6.0f), hue);
+  // What is not a number counts as a hue beside red.
+  const Real known = select(isNan(wrapped), Real(9.99999975e-06f), wrapped);
+  return {select((e.peak > zero) & (span != zero), known, zero), max(e.lowest, zero) / e.peak};
 }
 
 // Of the six hue vectors at most one of red, green, blue and one of cyan, magenta, yellow has weight at a hue.
@@ -58,27 +62,24 @@ struct HueSectors
 
 MORVELLAN_INLINE HueSectors sectorsOf(Real hue)
 {
-  const auto window = [](Real x) { return clamp01(min(x - Real(1.0f), Real(3.0f) - x)); };
   HueSectors s;
   s.green = (hue >= Real(1.0f)) & (hue < Real(3.0f));
   s.blue = (hue >= Real(3.0f)) & (hue < Real(5.0f));
   s.yellow = hue < Real(2.0f);
   s.cyan = (hue >= Real(2.0f)) & (hue < Real(4.0f));
-  const Real towardsAdditive = select(s.green, Real(6.0f), select(s.blue, Real(4.0f), Real(2.0f)));
-  const Real towardsSubtractive = select(s.yellow, Real(1.0f), select(s.cyan, Real(5.0f), Real(3.0f)));
-  s.additive = window(modulo6(hue + towardsAdditive));
-  s.subtractive = window(modulo6(hue + towardsSubtractive));
+  // Between the two vectors the weight goes over from the one to the other.
+  const Real red = select(hue < Real(3.0f), Real(0.0f), Real(6.0f));
+  s.subtractive = abs(hue - select(s.green, Real(2.0f), select(s.blue, Real(4.0f), red)));
+  s.additive = Real(1.0f) - s.subtractive;
   return s;
 }
 
 // The weight of a custom band.
 MORVELLAN_INLINE Real weightOf(const HueWindow& w, Real hue)
 {
-  const Real x = modulo6(hue + Real(w.centre));
-  const Mask low = x < Real(2.0f);
-  const Real from = select(low, Real(w.lowFrom), Real(w.highFrom));
-  const Real scale = select(low, Real(w.lowScale), Real(w.highScale));
-  return clamp01((x - from) * scale);
+  const Real x = hue + Real(w.fromMiddle);
+  const Real away = abs(select(x >= Real(4.0f), x - Real(6.0f), x));
+  return max(Real(1.0f) - away * Real(w.perWidth), Real(0.0f));
 }
 
 MORVELLAN_INLINE Real smooth(Real t)

@@ -32,7 +32,10 @@ MORVELLAN_INLINE Rgb fromWeightedNeutral(Rgb x)
 
 MORVELLAN_INLINE Rgb fromNeutral(Rgb x)
 {
-  return fromWeightedNeutral({x.r * Real(neutralWeight0), x.g * Real(neutralWeight1), x.b * Real(neutralWeight2)});
+  constexpr float w0 = neutralWeight0, w1 = neutralWeight1, w2 = neutralWeight2;
+  constexpr Matrix3 rows{{2.59493279f * w0, -2.09534693f * w1, 0.241085291f * w2, -0.0598625727f * w0, 1.19778275f * w1,
+                          -0.0573242269f * w2, -0.115209319f * w0, 0.18803446f * w1, 1.60022902f * w2}};
+  return multiply(rows, x);
 }
 
 }  // namespace morvellan::MORVELLAN_TARGET

@@ -30,6 +30,10 @@ enum class Function
   PlainExp2,
   PlainCos,
   PlainLog2Positive,
+  InverseFifthRoot,
+  MaxNumber,
+  MinNumber,
+  Pick,
 };
 
 struct apply_function
@@ -78,6 +82,19 @@ struct apply_function
       break;
     case Function::PlainLog2Positive:
       r = plain_log2Positive(a);
+      break;
+    case Function::InverseFifthRoot:
+      r = inverseFifthRoot(a);
+      break;
+    case Function::MaxNumber:
+      r = maxNumber(a, b);
+      break;
+    case Function::MinNumber:
+      r = minNumber(a, b);
+      break;
+    case Function::Pick:
+      static constexpr float primes[8] = {2.0f, 3.0f, 5.0f, 7.0f, 11.0f, 13.0f, 17.0f, 19.0f};
+      r = pick(primes, toInt(a));
       break;
     }
     storePlane(result, at, r);
@@ -253,6 +270,34 @@ ENGINE_TEST(Math, CosAndCubeRoot)
   EXPECT_EQ(run(Function::Cbrt, {0.0f})[0], 0.0f);
 }
 
+ENGINE_TEST(Math, InverseFifthRootOverEveryExponent)
+{
+  const std::vector<float> x = everyExponent();
+  const std::vector<float> r = run(Function::InverseFifthRoot, x);
+  for (size_t i = 0; i < x.size(); ++i)
+    ASSERT_NEAR(r[i] * std::pow(static_cast<double>(x[i]), 0.2), 1.0, 2.5e-7) << x[i];
+  EXPECT_TRUE(std::isfinite(run(Function::InverseFifthRoot, {0.0f})[0]));
+}
+
+ENGINE_TEST(Math, ANumberWinsOverWhatIsNone)
+{
+  const std::vector<float> a{1.0f, nan, 3.0f, -infinity, nan, -2.0f}, b{2.0f, 5.0f, nan, nan, nan, -1.0f};
+  const std::vector<float> larger = run(Function::MaxNumber, a, b), smaller = run(Function::MinNumber, a, b);
+  const std::vector<float> expectedLarger{2.0f, 5.0f, 3.0f, -infinity, nan, -1.0f};
+  const std::vector<float> expectedSmaller{1.0f, 5.0f, 3.0f, -infinity, nan, -2.0f};
+  for (size_t i = 0; i < a.size(); ++i)
+  {
+    EXPECT_TRUE(larger[i] == expectedLarger[i] || (i == 4 && std::isnan(larger[i]))) << i;
+    EXPECT_TRUE(smaller[i] == expectedSmaller[i] || (i == 4 && std::isnan(smaller[i]))) << i;
+  }
+}
+
+ENGINE_TEST(Math, PickTakesTheLowestThreeBits)
+{
+  EXPECT_EQ(run(Function::Pick, {0, 1, 2, 3, 4, 5, 6, 7, 8, 13, -1, 1024}),
+            (std::vector<float>{2, 3, 5, 7, 11, 13, 17, 19, 2, 13, 19, 2}));
+}
+
 PARITY(plain_functions, morvellan::parity::sameBits)
 {
   std::vector<float> all;
@@ -266,7 +311,7 @@ PARITY(plain_functions, morvellan::parity::sameBits)
     angles.push_back(static_cast<float>(i) * 1.6f - 8000.0f);
   for (const std::vector<float>& r : {run(Function::PlainLog2, x), run(Function::PlainExp2, y), run(Function::Cbrt, x),
                                       run(Function::PlainLog2Positive, x), run(Function::PlainCos, angles),
-                                      run(Function::Exp2NotPositive, notPositive)})
+                                      run(Function::Exp2NotPositive, notPositive), run(Function::InverseFifthRoot, x)})
     all.insert(all.end(), r.begin(), r.end());
   return all;
 }
