@@ -254,8 +254,12 @@ TEST(Identity, PitchAndGrain)
   EXPECT_FALSE(isIdentity(values, true));
   values.set("PitchBypass", 1);
   values.set("GrainBypass", 0);
-  values.set("StrengthRGB", 0.0);
-  EXPECT_TRUE(isIdentity(values, true));
+  for (const char* master : {"StrengthRGB", "SizeRGB"})
+  {
+    ParameterMap without = values;
+    without.set(master, 0.0);
+    EXPECT_TRUE(isIdentity(without, true)) << master;
+  }
 }
 
 }  // namespace
