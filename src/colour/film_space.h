@@ -37,13 +37,23 @@ struct FilmExit
 FilmEntry makeFilmEntry(int colourspace);
 FilmExit makeFilmExit(int colourspace);
 
-// Code values to linear film colour. The source is clamped to [0, highest], NaN to 0; the result is not clamped.
-MORVELLAN_INLINE Rgb filmEntry(const FilmEntry& entry, Rgb p)
+// Code values to linear film colour, in three steps: the source clamped to [0, highest], NaN to 0; decoded; into the
+// film gamut. The result is not clamped.
+MORVELLAN_INLINE Rgb filmEntryRange(const FilmEntry& entry, Rgb p)
 {
   const Real low = Real(0.0f);
   const Real high = Real(entry.highest);
-  p = decode(entry.decoding, Rgb{clamp(p.r, low, high), clamp(p.g, low, high), clamp(p.b, low, high)});
+  return {clamp(p.r, low, high), clamp(p.g, low, high), clamp(p.b, low, high)};
+}
+
+MORVELLAN_INLINE Rgb filmEntryGamut(const FilmEntry& entry, Rgb p)
+{
   return entry.hasMatrix ? multiply(entry.toFilm, p) : p;
+}
+
+MORVELLAN_INLINE Rgb filmEntry(const FilmEntry& entry, Rgb p)
+{
+  return filmEntryGamut(entry, decode(entry.decoding, filmEntryRange(entry, p)));
 }
 
 // Linear film colour to the input's gamut and code values, with the clamps and guards of the full table.

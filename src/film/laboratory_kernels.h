@@ -8,15 +8,20 @@
 namespace morvellan::MORVELLAN_TARGET
 {
 
-// Latent image of a source pixel: light times silver in [0, 469.799988], NaN as 0, at the laboratory's full scale.
-MORVELLAN_INLINE Rgb latentImage(const FilmEntry& entry, Rgb silver, Rgb p)
+// Latent image of film light: light times silver in [0, 469.799988], NaN as 0, at the laboratory's full scale.
+MORVELLAN_INLINE Rgb latentImage(Rgb silver, Rgb light)
 {
-  p = filmEntry(entry, p);
   const Real zero = Real(0.0f);
   const Real most = Real(logC4Largest);
   const Real scale = Real(labFullScale);
-  return {clamp(p.r * silver.r, zero, most) * scale, clamp(p.g * silver.g, zero, most) * scale,
-          clamp(p.b * silver.b, zero, most) * scale};
+  return {clamp(light.r * silver.r, zero, most) * scale, clamp(light.g * silver.g, zero, most) * scale,
+          clamp(light.b * silver.b, zero, most) * scale};
+}
+
+// Of a source pixel.
+MORVELLAN_INLINE Rgb latentImage(const FilmEntry& entry, Rgb silver, Rgb p)
+{
+  return latentImage(silver, filmEntry(entry, p));
 }
 
 // Fills the planes of a run. With 4 channels alpha goes to its plane; with 3 it is the member _RGB, without one.

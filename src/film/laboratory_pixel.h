@@ -104,11 +104,12 @@ struct LeanPixel
   MORVELLAN_INLINE Real firstCycle(const LabSchedule& s)
   {
     const DeveloperUnits& u = s.units;
-    const Rgb taken = {exposure.r * Real(u.firstTaken[0]), exposure.g * Real(u.firstTaken[1]),
-                       exposure.b * Real(u.firstTaken[2])};
-    silver = {Real(u.silver[0]) - taken.r, Real(u.silver[1]) - taken.g, Real(u.silver[2]) - taken.b};
+    const Rgb taken = {Real(-u.firstTaken[0]), Real(-u.firstTaken[1]), Real(-u.firstTaken[2])};
+    silver = {fma(exposure.r, taken.r, Real(u.silver[0])), fma(exposure.g, taken.g, Real(u.silver[1])),
+              fma(exposure.b, taken.b, Real(u.silver[2]))};
     density = {Real(u.secondDensity[0]), Real(u.secondDensity[1]), Real(u.secondDensity[2])};
-    return left(taken);
+    const Real left = fma(exposure.r, taken.r, fma(exposure.g, taken.g, fma(exposure.b, taken.b, developer)));
+    return max(left, Real(0.0f));
   }
 
   MORVELLAN_INLINE Real secondCycle(const LabSchedule& s)

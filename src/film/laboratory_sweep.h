@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 
+#include "colour/block.h"
 #include "device/launch.h"
 #include "film/laboratory_pixel.h"
 
@@ -18,21 +19,23 @@ namespace detail
 inline constexpr int sweepItem =
     16;  // pixels of a work item, `items` apart so that neighbouring threads read side by side
 inline constexpr int sweepGroups = 1;
+inline constexpr int sweepChunk = 1;
 #else
 inline constexpr int sweepItem = 2304;                   // pixels of a work item, one after the other
 inline constexpr int sweepGroups = lanes == 16 ? 3 : 1;  // side by side, where there are registers for it
+inline constexpr int sweepChunk = 96;                    // pixels that are decoded together
 #endif
 
 // The cycles of `Groups` groups of pixels up to the last of `exchanges`, and after the last of all the density. sums[i]
 // grows by the developer after cycle i, before its exchange, of the pixels that are inside.
-template <typename Pixel, int Groups>
-MORVELLAN_INLINE void developPixels(const LabSchedule& s, int exchanges, const Rgb (&exposure)[Groups],
-                                    Rgb (&density)[Groups], int inside, Real (&sums)[labExchanges])
+template <typename Pixel, int Groups, typename Exposures>
+MORVELLAN_INLINE void developPixels(const LabSchedule& s, int exchanges, const Exposures& exposures,
+                                    Rgb (&density)[Groups], Pixels at, Real (&sums)[labExchanges])
 {
   Pixel pixels[Groups];
   MORVELLAN_UNROLL
   for (int k = 0; k < Groups; ++k)
-    pixels[k].begin(s, exposure[k]);
+    pixels[k].begin(s, exposures(Pixels{0, 0, at.index + k * lanes, at.count}));
   const auto exchange = [&](int cycle, const auto& develop)
   {
     const Real retain = Real(s.retain[cycle]);
@@ -43,7 +46,7 @@ MORVELLAN_INLINE void developPixels(const LabSchedule& s, int exchanges, const R
     {
       const Real left = develop(pixels[k]);
       pixels[k].developer = fma(left, retain, add);
-      sum = sum + (inside < lanes ? select(firstLanes(inside), left, Real(0.0f)) : left);
+      sum = sum + (at.count < lanes ? select(firstLanes(at.count), left, Real(0.0f)) : left);
     }
     sums[cycle] = sum;
   };
@@ -86,16 +89,16 @@ struct laboratory_sweep
   MORVELLAN_KERNEL void operator()(int item) const
   {
     double totals[labExchanges][lanes] = {};
-    constexpr int step = lanes * detail::sweepGroups;
     // A run is short enough for its sums to be added in float.
-    constexpr int run = 16 * step < detail::sweepItem ? 16 * step : detail::sweepItem;
+    constexpr int run = lanes == 1 ? detail::sweepItem : detail::sweepChunk * (lanes / 2);
+    static_assert(detail::sweepItem % run == 0 && run % detail::sweepChunk == 0);
     for (int from = 0; from < detail::sweepItem; from += run)
     {
       Real sums[labExchanges];
       for (Real& sum : sums)
         sum = Real(0.0f);
-      for (int i = from; i < from + run; i += step)
-        develop<detail::sweepGroups>(item, i, sums);
+      for (int i = from; i < from + run; i += detail::sweepChunk)
+        developChunk(index(item, i), sums);
       addTo(totals, sums);
     }
     for (int cycle = 0; cycle < labExchanges; ++cycle)
@@ -113,48 +116,121 @@ private:
     return lanes == 1 ? item + static_cast<ptrdiff_t>(i) * items : static_cast<ptrdiff_t>(item) * detail::sweepItem + i;
   }
 
-  template <int Groups>
-  MORVELLAN_INLINE void develop(int item, int i, Real (&sums)[labExchanges]) const
+#ifdef MORVELLAN_TARGET_IS_CUDA
+
+  struct Exposures
   {
-    const ptrdiff_t first = index(item, i);
-    const ptrdiff_t left = count - first;
-    if (left >= Groups * lanes)
-    {
-      developInside<Groups>(first, lanes, sums);
+    Rgb e;
+    MORVELLAN_INLINE Rgb operator()(Pixels) const { return e; }
+  };
+
+  MORVELLAN_INLINE void developChunk(ptrdiff_t first, Real (&sums)[labExchanges]) const
+  {
+    if (first >= count)
       return;
-    }
-    for (int k = 0; k < Groups; ++k)
-      if (left > k * lanes)
-        developInside<1>(first + k * lanes, left - k * lanes < lanes ? static_cast<int>(left - k * lanes) : lanes,
-                         sums);
+    const Pixels at{0, 0, first, 1};
+    if (source && channels == 4)
+      storePlane(alpha, at, loadRgba(source, at).a);
+    develop<1>(at, sums, Exposures{source ? exposed(at, loadColour(source, at, channels)) : loadRgb(exposure, at)});
   }
 
-  template <int Groups>
-  MORVELLAN_INLINE void developInside(ptrdiff_t first, int inside, Real (&sums)[labExchanges]) const
+  MORVELLAN_INLINE Rgb exposed(Pixels at, Rgb p) const
   {
-    Rgb e[Groups];
+    const Rgb e = latentImage(entry, initialSilver(), p);
+    storeRgb(exposure, at, e);
+    return e;
+  }
+
+#else
+
+  // The exposures of a chunk, from where they were just decoded, or from their plane.
+  struct DecodedExposures
+  {
+    const Block& block;
+    ptrdiff_t first;
+    MORVELLAN_INLINE Rgb operator()(Pixels at) const { return loadBlock(block, static_cast<int>(at.index - first)); }
+  };
+
+  struct StoredExposures
+  {
+    const float* exposure;
+    MORVELLAN_INLINE Rgb operator()(Pixels at) const { return loadRgb(exposure, at); }
+  };
+
+  MORVELLAN_INLINE void developChunk(ptrdiff_t first, Real (&sums)[labExchanges]) const
+  {
+    const ptrdiff_t left = count - first;
+    const int inside = left < detail::sweepChunk ? static_cast<int>(left) : detail::sweepChunk;
+    if (inside <= 0)
+      return;
+    if (!source)
+    {
+      developGroups(first, inside, sums, StoredExposures{exposure});
+      return;
+    }
+    Block block;
+    decode(first, inside, block);
+    developGroups(first, inside, sums, DecodedExposures{block, first});
+  }
+
+  MORVELLAN_INLINE void decode(ptrdiff_t first, int inside, Block& block) const
+  {
+    const auto at = [&](int i) { return Pixels{0, 0, first + i, inside - i < lanes ? inside - i : lanes}; };
+    for (int i = 0; i < inside; i += lanes)
+    {
+      Rgba p{};
+      if (channels == 4)
+      {
+        p = loadRgba(source, at(i));
+        storePlane(alpha, at(i), p.a);
+      }
+      const Rgb colour = channels == 4 ? Rgb{p.r, p.g, p.b} : loadRgb(source, at(i));
+      storeBlock(block, i, filmEntryRange(entry, colour));
+    }
+    applyStep({.kind = StepKind::Decode, .decoding = entry.decoding}, block, inside);
+    for (int i = 0; i < inside; i += lanes)
+    {
+      const Rgb e = latentImage(initialSilver(), filmEntryGamut(entry, loadBlock(block, i)));
+      storeBlock(block, i, e);
+      storeRgb(exposure, at(i), e);
+    }
+  }
+
+  template <typename Exposures>
+  MORVELLAN_INLINE void developGroups(ptrdiff_t first, int inside, Real (&sums)[labExchanges],
+                                      const Exposures& exposures) const
+  {
+    constexpr int step = lanes * detail::sweepGroups;
+    int i = 0;
+    for (; i + step <= inside; i += step)
+    {
+      // The next chunk's pixels come while this one's are developed; the hardware looks ahead only while it reads.
+      if (source)
+        for (int line = 0; line < step * 4; line += 16)
+          __builtin_prefetch(source + (first + detail::sweepChunk + i) * 4 + line);
+      develop<detail::sweepGroups>(Pixels{0, 0, first + i}, sums, exposures);
+    }
+    for (; i < inside; i += lanes)
+      develop<1>(Pixels{0, 0, first + i, inside - i < lanes ? inside - i : lanes}, sums, exposures);
+  }
+
+#endif
+
+  template <int Groups, typename Exposures>
+  MORVELLAN_INLINE void develop(Pixels at, Real (&sums)[labExchanges], const Exposures& exposures) const
+  {
     Rgb d[Groups];
-    MORVELLAN_UNROLL
-    for (int k = 0; k < Groups; ++k)
-      e[k] = exposed(Pixels{0, 0, first + k * lanes, inside});
-    detail::developPixels<Pixel, Groups>(schedule, density ? labExchanges : exchanges, e, d, inside, sums);
+    detail::developPixels<Pixel, Groups>(schedule, density ? labExchanges : exchanges, exposures, d, at, sums);
     if (!density)
       return;
     MORVELLAN_UNROLL
     for (int k = 0; k < Groups; ++k)
-      storeRgb(density, Pixels{0, 0, first + k * lanes, inside}, d[k]);
+      storeRgb(density, Pixels{0, 0, at.index + k * lanes, at.count}, d[k]);
   }
 
-  MORVELLAN_INLINE Rgb exposed(Pixels at) const
+  MORVELLAN_INLINE Rgb initialSilver() const
   {
-    if (!source)
-      return loadRgb(exposure, at);
-    const Rgb store = {Real(schedule.silver[0]), Real(schedule.silver[1]), Real(schedule.silver[2])};
-    const Rgb e = latentImage(entry, store, loadColour(source, at, channels));
-    storeRgb(exposure, at, e);
-    if (channels == 4)
-      storePlane(alpha, at, loadRgba(source, at).a);
-    return e;
+    return {Real(schedule.silver[0]), Real(schedule.silver[1]), Real(schedule.silver[2])};
   }
 
   MORVELLAN_INLINE static void addTo(double (&totals)[labExchanges][lanes], const Real (&sums)[labExchanges])

@@ -187,6 +187,22 @@ ENGINE_TEST(Laboratory, ChannelsAndAlpha)
   }
 }
 
+// A sweep decodes its source in stretches, the chain's kernel pixel by pixel.
+ENGINE_TEST(Laboratory, ExposureIsTheSameByBothWaysFromEveryEncoding)
+{
+  const int w = 61, h = 5;
+  for (const int channels : {3, 4})
+    for (int gamut = 0; gamut <= 48; ++gamut)
+    {
+      LabSettings s = defaults(w, h);
+      s.inputGamut = gamut;
+      const Values frame = picture(w, h, channels);
+      EXPECT_EQ(developed(frame, w, h, channels, s).exposure,
+                developed(frame, w, h, channels, s, laboratoryByKernels).exposure)
+          << gamut;
+    }
+}
+
 ENGINE_TEST(Laboratory, BadPixelsReachNoOther)
 {
   const int w = 300, h = 200;
