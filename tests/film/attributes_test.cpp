@@ -227,6 +227,58 @@ ENGINE_TEST(Attributes, EachAttributeAloneByValue)
     }
 }
 
+// Gains above 2 give a band a steeper flank, and an overall strength other than 0.8 another power.
+ENGINE_TEST(Attributes, ChromaOfLargeGainsAndOtherStrengthsByValue)
+{
+  struct Row
+  {
+    bool vectors, custom;
+    float strength;
+    Pixel expected[4];  // of the probes 0, 1, 3 and 7
+  };
+  const Row rows[] = {
+      {true,
+       false,
+       0.5f,
+       {{3, 0, 0},
+        {0.7508276f, 0.6006621f, 0.1501655f},
+        {0.04934469f, 0.7401704f, 0.8635321f},
+        {1.59249f, 0.08847168f, 0.5308301f}}},
+      {true,
+       true,
+       0.5f,
+       {{3.139314f, 0, 0},
+        {1.230772f, 0.9846173f, 0.2461543f},
+        {0.04934469f, 0.7401704f, 0.8635321f},
+        {1.59249f, 0.08847168f, 0.5308301f}}},
+      {false,
+       true,
+       0.5f,
+       {{1.058048f, 0, 0}, {1.039797f, 0.8318379f, 0.2079595f}, {0.02f, 0.3f, 0.35f}, {0.9f, 0.05f, 0.3f}}},
+      {true,
+       false,
+       1.0f,
+       {{4, 0, 0},
+        {1.001597f, 0.8012774f, 0.2003193f},
+        {0.07048098f, 1.057215f, 1.233417f},
+        {1.988233f, 0.1104574f, 0.6627443f}}},
+  };
+  constexpr size_t picked[] = {0, 1, 3, 7};
+  for (const Row& row : rows)
+  {
+    SCOPED_TRACE(testing::Message() << "vectors " << row.vectors << " custom " << row.custom << " " << row.strength);
+    AttributeBlock block;
+    block.chroma = {.vectorLive = row.vectors,
+                    .axis = {0.5f, -0.2f, 0.4f, 0.6f, -0.1f, 0.3f},
+                    .vectorStrength = row.strength,
+                    .custom = {.live = row.custom, .hue = 1.3f, .width = 0.8f, .strength = 5.0f}};
+    const AttributeEngine engine = engineOf(block);
+    for (size_t i = 0; i < 4; ++i)
+      expectNear(pixelBy(engine, probes[picked[i]], row.vectors), row.expected[i], 1e-5f);
+    expectNear(pixelBy(engine, {0.3f, 0.3f, 0.3f}, row.vectors), {0.3f, 0.3f, 0.3f}, 1e-6f, "grey");
+  }
+}
+
 ENGINE_TEST(Attributes, RedAtZeroTakesTheColourOutOfRedAlone)
 {
   AttributeBlock block;
