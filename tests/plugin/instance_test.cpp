@@ -159,11 +159,10 @@ TEST_F(Instance, TwoInstancesKeepTheirOwnValues)
   EXPECT_THAT(differences, ElementsAre(0.0F, 0.0F));
 }
 
-// A host that renders frames of two instances from eight threads, one frame of an instance at a time.
-TEST_F(Instance, EightThreadsGiveThePixelsOfOne)
+// A host that renders frames of two instances from eight threads, one frame of an instance at a time: how many frames
+// are not those of one thread.
+int framesThatDiffer(const std::array<EffectInstance*, 2>& effects, std::size_t framesOfAThread)
 {
-  const std::array<EffectInstance*, 2> effects{
-      &made({{"Exposure", 0.1}}), &made({{"Exposure", -0.05}, {"SoftClips", 1}, {"CameraHighlightsCeiling", 0.7}})};
   std::array<host::Frame, 6> sources{rampOf(40, 30), rampOf(64, 16),
                                      rampOf(17, 33), rampOf(40, 30, host::Components::Rgb),
                                      rampOf(12, 90), rampOf(33, 33)};
@@ -181,7 +180,7 @@ TEST_F(Instance, EightThreadsGiveThePixelsOfOne)
     jobs.emplace_back(
         [&, thread]
         {
-          for (std::size_t i = 0; i < 24; ++i)
+          for (std::size_t i = 0; i < framesOfAThread; ++i)
           {
             const std::size_t effect = (thread + i) % effects.size();
             const std::size_t source = (thread * 5 + i) % sources.size();
@@ -191,7 +190,34 @@ TEST_F(Instance, EightThreadsGiveThePixelsOfOne)
           }
         });
   runTogether(jobs);
-  EXPECT_EQ(wrong, 0);
+  return wrong;
+}
+
+TEST_F(Instance, EightThreadsGiveThePixelsOfOne)
+{
+  EXPECT_EQ(framesThatDiffer({&made({{"Exposure", 0.1}}),
+                              &made({{"Exposure", -0.05}, {"SoftClips", 1}, {"CameraHighlightsCeiling", 0.7}})},
+                             24),
+            0);
+}
+
+// Film and print beside grain and pitch, whose tables every size of frame makes anew.
+TEST_F(Instance, EightThreadsGiveThePixelsOfOneThroughTheWholeChain)
+{
+  EXPECT_EQ(framesThatDiffer({&made({{"SoupBypass", false},
+                                     {"HalationBypass", false},
+                                     {"LabDiffuseLoMid", 0.5},
+                                     {"PrintDisplayBypass", false},
+                                     {"PrintProfile", 2}}),
+                              &made({{"GrainBypass", false},
+                                     {"SizeRed", 1.0},
+                                     {"SizeGreen", 2.0},
+                                     {"VarianceBlue", 1.0},
+                                     {"PitchBypass", false},
+                                     {"EnsemblePitch", 4.0},
+                                     {"SpatialEnhancement", 1}})},
+                             6),
+            0);
 }
 
 TEST_F(Instance, PlainActionsDoNothing)

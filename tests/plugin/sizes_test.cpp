@@ -58,6 +58,13 @@ Project everything(FrameRoute route, int width, int height)
   return project;
 }
 
+// The address sanitizer keeps freed memory and shadows all of it, so that no bound holds for the process.
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool memoryIsMeasured = false;
+#else
+constexpr bool memoryIsMeasured = true;
+#endif
+
 // The most memory that this process has held since reset(), in bytes.
 class PeakMemory
 {
@@ -123,7 +130,7 @@ TEST(Sizes, AFrameOfFourKRuns)
   const Frame exposed = renderer.render(project, source);
   // The host's two images and the frame's two, of 16 bytes a pixel, and what a process is besides.
   const double frames = (PeakMemory::bytes() - 300e6) / (16.0 * width * height);
-  EXPECT_LE(frames, 4.0);
+  EXPECT_TRUE(frames <= 4.0 || !memoryIsMeasured) << frames;
   for (const int y : {0, 1, 1079, height - 1})
     for (const int x : {0, 1, 2047, width - 1})
       EXPECT_NEAR(exposed.row(y)[static_cast<size_t>(x) * 4], 0.5f, 1e-6);
