@@ -47,6 +47,14 @@ MORVELLAN_INLINE void store(float* at, Real x)
 {
   *at = x.v;
 }
+
+// A GPU's stores pass no cache by.
+MORVELLAN_INLINE void stream(float* at, Real x)
+{
+  store(at, x);
+}
+
+inline void finishStreaming() {}
 MORVELLAN_INLINE Int load(const int* at)
 {
   return *at;

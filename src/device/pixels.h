@@ -92,15 +92,14 @@ MORVELLAN_INLINE void storePlane(float* plane, Pixels at, Real x)
     to[i] = whole[i];
 }
 
-#ifndef MORVELLAN_TARGET_IS_CUDA
-
 // Whether a frame of `count` floats at `frame` is better written past the caches, where nobody would find it again, and
 // can be: in whole vectors, for rows of `row` floats. Whoever streams ends with finishStreaming before other threads
 // read.
 inline bool streams(const float* frame, ptrdiff_t row, ptrdiff_t count)
 {
   constexpr ptrdiff_t large = 1 << 20;
-  return count >= large && row % lanes == 0 && reinterpret_cast<uintptr_t>(frame) % (lanes * sizeof(float)) == 0;
+  return lanes > 1 && count >= large && row % lanes == 0 &&
+         reinterpret_cast<uintptr_t>(frame) % (lanes * sizeof(float)) == 0;
 }
 
 // The rows of a plane for a kernel that only writes them.
@@ -126,19 +125,19 @@ public:
       storePlane(plane, at, value);
   }
 
+#ifndef MORVELLAN_TARGET_IS_CUDA
   // Some time before the write.
   MORVELLAN_INLINE void expect(const Pixels& at) const
   {
     if (!streamed)
       __builtin_prefetch(plane + at.index, 1);
   }
+#endif
 
 private:
   float* plane;
   int width;
   bool streamed;
 };
-
-#endif
 
 }  // namespace morvellan::MORVELLAN_TARGET

@@ -86,6 +86,16 @@ enum class Samples
   Finite,
 };
 
+// Brings `count` floats into the second-level cache: read one after the other, which a machine's prefetchers follow at
+// full speed, as they don't many rows that are read side by side.
+MORVELLAN_INLINE void fetch(const float* from, ptrdiff_t count)
+{
+  Real sum = Real(0.0f);
+  for (ptrdiff_t i = 0; i < count; i += 16)
+    sum = sum + load(from + i);
+  asm volatile("" : : "x"(sum.v.raw));
+}
+
 namespace detail
 {
 
@@ -287,26 +297,93 @@ public:
         for (int i = end - x - 1; i >= 0; --i)
           column(i);
       }
+      writeSquares(square, x, inside, write);
+    }
+  }
+
+  // For a ring of all columns: filters backward, and over the answers, as they come, runs the first run of another
+  // filter, whose answers stay in the ring.
+  MORVELLAN_INLINE void backwardInto(const GaussianCascade& next)
+  {
+    const CascadeFeedback feedback(filter);
+    const CascadeFeedback nextFeedback(next);
+    CascadeState back[bandVectors];
+    MORVELLAN_UNROLL
+    for (int v = 0; v < bandVectors; ++v)
+      back[v].startAfter(filter, states[v]);
+    for (int i = width - 1; i >= 0; --i)
+    {
       MORVELLAN_UNROLL
       for (int v = 0; v < bandVectors; ++v)
       {
-        transposeLanes(square[v]);
-        if (inside == bandRows)
-        {
-          MORVELLAN_UNROLL
-          for (int i = 0; i < lanes; ++i)
-            write(v * lanes + i, x, square[v][i]);
-        }
-        else
-        {
-          for (int i = 0; i < std::min(lanes, inside - v * lanes); ++i)
-            write(v * lanes + i, x, square[v][i]);
-        }
+        float* at = columnAt(i) + v * lanes;
+        const Real sample = back[v].step(feedback, load(at));
+        if (i == width - 1)
+          states[v].start(next, sample);
+        store(at, states[v].step(nextFeedback, sample));
       }
     }
   }
 
+  // The second run of the filter that backwardInto began, left to right; `write` as for backward.
+  template <typename Write>
+  MORVELLAN_INLINE void forwardOut(const GaussianCascade& next, int inside, const Write& write)
+  {
+    const CascadeFeedback feedback(next);
+    CascadeState out[bandVectors];
+    MORVELLAN_UNROLL
+    for (int v = 0; v < bandVectors; ++v)
+      out[v].startAfter(next, states[v]);
+    for (int x = 0; x < width; x += lanes)
+    {
+      write.expect(x, inside);
+      const float* from = columnAt(x);
+      Real square[bandVectors][lanes];
+      const auto column = [&](int i)
+      {
+        MORVELLAN_UNROLL
+        for (int v = 0; v < bandVectors; ++v)
+          square[v][i] = out[v].step(feedback, load(from + i * bandRows + v * lanes));
+      };
+      if (x + lanes <= width)
+      {
+        MORVELLAN_UNROLL
+        for (int i = 0; i < lanes; ++i)
+          column(i);
+      }
+      else
+      {
+        for (int v = 0; v < bandVectors; ++v)
+          std::fill_n(square[v], lanes, Real(0.0f));
+        for (int i = 0; i < width - x; ++i)
+          column(i);
+      }
+      writeSquares(square, x, inside, write);
+    }
+  }
+
 private:
+  template <typename Write>
+  MORVELLAN_INLINE static void writeSquares(Real (&square)[bandVectors][lanes], int x, int inside, const Write& write)
+  {
+    MORVELLAN_UNROLL
+    for (int v = 0; v < bandVectors; ++v)
+    {
+      transposeLanes(square[v]);
+      if (inside == bandRows)
+      {
+        MORVELLAN_UNROLL
+        for (int i = 0; i < lanes; ++i)
+          write(v * lanes + i, x, square[v][i]);
+      }
+      else
+      {
+        for (int i = 0; i < std::min(lanes, inside - v * lanes); ++i)
+          write(v * lanes + i, x, square[v][i]);
+      }
+    }
+  }
+
   MORVELLAN_INLINE float* columnAt(int x) const { return memory + static_cast<ptrdiff_t>(x & last) * bandRows; }
 
   const GaussianCascade filter;
@@ -335,10 +412,7 @@ struct FinishedRows
   {
     for (int row = 0; row < inside; ++row)
     {
-      const Pixels at = rows.at(x + stripColumns, firstRow + row);
-      rows.expect(at);
-      if constexpr (requires { finish.expect(at); })
-        finish.expect(at);
+      rows.expect(rows.at(x + stripColumns, firstRow + row));
     }
   }
 };
@@ -359,16 +433,6 @@ void withScratch(int count, size_t floats, const Body& body)
                     });
 }
 
-// Brings whole rows into the second-level cache: read one after the other, which a machine's prefetchers follow at full
-// speed, as they don't the many rows of a tile that are read side by side.
-MORVELLAN_INLINE void fetchRows(const Plane& source, int first, int last)
-{
-  Real sum = Real(0.0f);
-  for (const float* at = source.row(first); at < source.row(last); at += 16)
-    sum = sum + load(at);
-  asm volatile("" : : "x"(sum.v.raw));
-}
-
 // Columns and rows of one tile at a time, straight from the source: for run-ups of at most longestRunUp.
 template <Samples Kind, typename Finish>
 void blurTiles(const GaussianCascade& f, const Plane& source, int runUp, const PlaneRows& rows, const Finish& finish)
@@ -383,7 +447,7 @@ void blurTiles(const GaussianCascade& f, const Plane& source, int runUp, const P
               {
                 const int first = item * tileRows;
                 const int last = std::min(first + tileRows, height);
-                fetchRows(source, first, std::min(last + runUp, height));
+                fetch(source.row(first), static_cast<ptrdiff_t>(std::min(last + runUp, height) - first) * width);
                 const auto bandAt = [&](int k)
                 { return Band(f, memory + tileFloats + Band::floats(ring) * static_cast<size_t>(k), ring, width); };
                 Band bands[tileBands] = {bandAt(0), bandAt(1), bandAt(2), bandAt(3)};
@@ -421,10 +485,16 @@ void blurColumns(const GaussianCascade& f, const Plane& source, const PlaneRows&
               });
 }
 
+// The ring of a band that keeps whole rows.
+inline int ringOf(int width)
+{
+  return static_cast<int>(std::bit_ceil(static_cast<unsigned>(std::max(width, stripColumns))));
+}
+
 template <typename Finish>
 void blurRows(const GaussianCascade& f, const Plane& source, const PlaneRows& rows, const Finish& finish)
 {
-  const int ring = static_cast<int>(std::bit_ceil(static_cast<unsigned>(std::max(source.width, stripColumns))));
+  const int ring = ringOf(source.width);
   withScratch((source.height + bandRows - 1) / bandRows, Band::floats(ring),
               [&](int item, float* memory)
               {
@@ -433,6 +503,9 @@ void blurRows(const GaussianCascade& f, const Plane& source, const PlaneRows& ro
                 Band band(f, memory, ring, source.width);
                 for (int x = 0; x < source.width; x += stripColumns)
                   band.forward(source.row(first) + x, source.width, inside, x);
+                if constexpr (requires { finish.fetch(0, 0); })
+                  finish.fetch(static_cast<ptrdiff_t>(first) * source.width,
+                               static_cast<ptrdiff_t>(inside) * source.width);
                 band.backward(0, source.width, source.width, inside, FinishedRows<Finish>{finish, rows, first});
               });
 }
@@ -446,9 +519,9 @@ inline bool blurIsWide(float sigma)
 }
 
 // One Gaussian of a plane. finish(pixels, blurred) gives what is written for a group of pixels of one row, of which
-// `pixels.count` are inside; it may read and write other planes at those pixels, and have an expect(pixels) that
-// prefetches them (the pixels may lie outside the plane). `fused` are the names of the kernels
-// that `finish` stands for, each with a "+" before it.
+// `pixels.count` are inside; it may read and write other planes at those pixels, and have a
+// fetch(first, count) that fetches them for a stretch of the plane. `fused` are the names of the kernels that `finish`
+// stands for, each with a "+" before it.
 template <Samples Kind = Samples::Any, typename Finish>
 void blurFused(const Queue& queue, const float* source, float* scratch, float* target, int width, int height,
                float sigma, const Finish& finish, std::string_view fused = {})

@@ -156,7 +156,7 @@ struct SharpenPlane
   {
     return FrequencySharpenHalation::mixed(loadPlane(sharp, at), soft, gain);
   }
-  MORVELLAN_INLINE void expect(Pixels at) const { __builtin_prefetch(sharp + at.index); }
+  MORVELLAN_INLINE void fetch(ptrdiff_t first, ptrdiff_t count) const { MORVELLAN_TARGET::fetch(sharp + first, count); }
 };
 
 // One round on one channel.

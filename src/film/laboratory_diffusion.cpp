@@ -9,7 +9,7 @@
 #include "device/memory.h"
 #include "device/sum.h"
 #include "film/gaussian.h"
-#include "film/gaussian_fused.h"
+#include "film/gaussian_pair.h"
 #include "film/laboratory_cycles.h"
 
 namespace morvellan::MORVELLAN_TARGET
@@ -18,11 +18,18 @@ namespace morvellan::MORVELLAN_TARGET
 namespace
 {
 
+// Pixels that a kernel develops side by side: a cycle is a chain of arithmetic that waits for its own results.
+#ifdef MORVELLAN_TARGET_IS_CUDA
+inline constexpr int developGroups = 1;
+#else
+inline constexpr int developGroups = lanes == 16 ? 2 : 1;  // where there are registers for it
+#endif
+
 // The developer as a picture: the log of the film less its code of black, which a blur would only round.
 MORVELLAN_INLINE Real developerLog(Real developer)
 {
   const Real v = min(developer * Real(0.00113631552f), Real(logC4Largest));
-  return fast_log2(fma(v, Real(2231.82642f / 64.0f), Real(1.0f))) * Real(0.0647954196f);
+  return log2Positive(fma(v, Real(2231.82642f / 64.0f), Real(1.0f))) * Real(0.0647954196f);
 }
 
 MORVELLAN_INLINE Real developerOfLog(Real log)
@@ -30,6 +37,25 @@ MORVELLAN_INLINE Real developerOfLog(Real log)
   const Real linear =
       (fast_exp2(log * Real(14.0f * 1.10237074f)) - Real(1.0f)) * Real(64.0f * 0.00044806354f * labFullScale);
   return select(log <= Real(1.0f - 0.092864126f), linear, Real(labFullScale));
+}
+
+// body(pixels) over the `count` pixels from `first`, for as many groups at once as there are, and then group by group.
+template <typename Body>
+MORVELLAN_INLINE void inGroups(ptrdiff_t first, int count, const Body& body)
+{
+  int i = 0;
+  for (; i + developGroups * lanes <= count; i += developGroups * lanes)
+  {
+    Pixels at[developGroups];
+    for (int k = 0; k < developGroups; ++k)
+      at[k] = {0, 0, first + i + k * lanes, lanes};
+    body(at);
+  }
+  for (; i < count; i += lanes)
+  {
+    const Pixels at[1] = {{0, 0, first + i, count - i < lanes ? count - i : lanes}};
+    body(at);
+  }
 }
 
 // A pixel's silver and density; `planes` holds them as six planes.
@@ -59,28 +85,53 @@ struct develop_cycles
   const float* exposure;
   std::array<float*, 6> planes;  // density and silver
   bool loads, saves;
-  float* log;      // null in the run's last cycle
+  PlaneRows log;   // but in the run's last cycle
   float* density;  // set in the run's last cycle
   int cycles;
   std::array<DeveloperOfCycle, labCycles> developers;
   float retained, rate;
   float silver[3];
 
-  MORVELLAN_KERNEL void operator()(Pixels at) const { develop(at, loadRgb(exposure, at)); }
-
-  MORVELLAN_INLINE void develop(Pixels at, Rgb e) const
+  MORVELLAN_KERNEL void operator()(ptrdiff_t first, int count) const
   {
-    State s = loads ? loaded(at) : start();
-    Real left = Real(0.0f);
-    for (int i = 0; i < cycles; ++i)
-      left = Cycle::develop(rate, e, s.density, s.silver, developers[static_cast<size_t>(i)].at(at, retained));
-    if (density)
-      storeRgb(density, at, s.density);
-    else
-      storePlane(log, at, developerLog(left));
-    if (saves)
-      save(at, s);
+    inGroups(first, count,
+             [&]<int Groups>(const Pixels(&at)[Groups])
+             {
+               Rgb e[Groups];
+               for (int k = 0; k < Groups; ++k)
+                 e[k] = loadRgb(exposure, at[k]);
+               develop(at, e);
+             });
   }
+
+  template <int Groups>
+  MORVELLAN_INLINE void develop(const Pixels (&at)[Groups], const Rgb (&e)[Groups]) const
+  {
+    State s[Groups];
+    Real left[Groups];
+    MORVELLAN_UNROLL
+    for (int k = 0; k < Groups; ++k)
+      s[k] = loads ? loaded(at[k]) : start();
+    for (int i = 0; i < cycles; ++i)
+    {
+      MORVELLAN_UNROLL
+      for (int k = 0; k < Groups; ++k)
+        left[k] = Cycle::develop(rate, e[k], s[k].density, s[k].silver,
+                                 developers[static_cast<size_t>(i)].at(at[k], retained));
+    }
+    MORVELLAN_UNROLL
+    for (int k = 0; k < Groups; ++k)
+    {
+      if (density)
+        storeRgb(density, at[k], s[k].density);
+      else
+        log.write(at[k], developerLog(left[k]));
+      if (saves)
+        save(at[k], s[k]);
+    }
+  }
+
+  void finish() const { finishStreaming(); }
 
   MORVELLAN_INLINE State start() const
   {
@@ -116,15 +167,25 @@ struct develop_first_cycle
   FilmEntry entry;
   develop_cycles<Cycle> cycle;
 
-  MORVELLAN_KERNEL void operator()(Pixels at) const
+  MORVELLAN_KERNEL void operator()(ptrdiff_t first, int count) const
   {
     const Rgb silver = {Real(cycle.silver[0]), Real(cycle.silver[1]), Real(cycle.silver[2])};
-    const Rgb e = latentImage(entry, silver, loadColour(source, at, channels));
-    storeRgb(exposure, at, e);
-    if (channels == 4)
-      storePlane(alpha, at, loadRgba(source, at).a);
-    cycle.develop(at, e);
+    inGroups(first, count,
+             [&]<int Groups>(const Pixels(&at)[Groups])
+             {
+               Rgb e[Groups];
+               for (int k = 0; k < Groups; ++k)
+               {
+                 e[k] = latentImage(entry, silver, loadColour(source, at[k], channels));
+                 storeRgb(exposure, at[k], e[k]);
+                 if (channels == 4)
+                   storePlane(alpha, at[k], loadRgba(source, at[k]).a);
+               }
+               cycle.develop(at, e);
+             });
   }
+
+  void finish() const { finishStreaming(); }
 };
 
 // pitch_sharp_film_lab and pitch_accumulate_film_lab_pfe: what the first blur took away, weighted, goes onto the last
@@ -160,10 +221,25 @@ struct CombineSecond
   {
     return combine.combined(at, loadPlane(combine.base, at), blurred);
   }
-  MORVELLAN_INLINE void expect(Pixels at) const
+  MORVELLAN_INLINE void fetch(ptrdiff_t first, ptrdiff_t count) const
   {
-    __builtin_prefetch(combine.log + at.index);
-    __builtin_prefetch(combine.base + at.index);
+    MORVELLAN_TARGET::fetch(combine.log + first, count);
+    MORVELLAN_TARGET::fetch(combine.base + first, count);
+  }
+};
+
+// And of the two in one.
+struct CombineBoth
+{
+  const recombine& combine;
+
+  MORVELLAN_INLINE Real operator()(Pixels at, Real first, Real second) const
+  {
+    return combine.combined(at, first, second);
+  }
+  MORVELLAN_INLINE void fetch(ptrdiff_t first, ptrdiff_t count) const
+  {
+    MORVELLAN_TARGET::fetch(combine.log + first, count);
   }
 };
 
@@ -172,7 +248,10 @@ struct CombineFirst
   const recombine& combine;
 
   MORVELLAN_INLINE Real operator()(Pixels at, Real blurred) const { return combine.combined(at, blurred, blurred); }
-  MORVELLAN_INLINE void expect(Pixels at) const { __builtin_prefetch(combine.log + at.index); }
+  MORVELLAN_INLINE void fetch(ptrdiff_t first, ptrdiff_t count) const
+  {
+    MORVELLAN_TARGET::fetch(combine.log + first, count);
+  }
 };
 
 #endif
@@ -249,7 +328,7 @@ private:
                                  .planes = statePlanes,
                                  .loads = stored,
                                  .saves = saves,
-                                 .log = log,
+                                 .log = PlaneRows(log, frame.width, frame.height),
                                  .density = last ? frame.density : nullptr,
                                  .cycles = static_cast<int>(pending.size()),
                                  .developers = {},
@@ -257,16 +336,16 @@ private:
                                  .rate = process.rate,
                                  .silver = {settings.silver[0], settings.silver[1], settings.silver[2]}};
     std::copy(pending.begin(), pending.end(), cycles.developers.begin());
-    const Grid2d grid = grid2d(frame.width, frame.height);
+    const Runs shape = runs(frame.width, frame.height);
     if (cycle > 0)
     {
-      launchNamed(queue, developName(cycle), grid, cycles);
+      launchNamed(queue, developName(cycle), shape, cycles);
       return;
     }
     launchNamed(queue,
                 frame.channels == 4 ? "film_lab_init+develop_cuda+film_lab_diffuse_reset_pfe"
                                     : "film_lab_init_RGB+develop_cuda+film_lab_diffuse_reset_pfe",
-                grid,
+                shape,
                 develop_first_cycle<Cycle>{.source = frame.source,
                                            .exposure = frame.exposure,
                                            .alpha = frame.alpha,
@@ -303,6 +382,12 @@ private:
     launch(queue, grid2d(w, h), combine);
 #else
     const std::string fused = "+" + std::string(recombine::name);
+    if (settings.lowDiffusion && blurIsWide(process.firstSigma) && blurIsWide(process.secondSigma))
+    {
+      blurTwiceFused<Samples::Finite>(queue, log, scratch, base, developer, w, h, process.firstSigma,
+                                      process.secondSigma, CombineBoth{combine}, fused);
+      return;
+    }
     if (settings.lowDiffusion)
     {
       blurFused<Samples::Finite>(queue, log, scratch, base, w, h, process.firstSigma,
