@@ -99,18 +99,13 @@ struct init_planes
   MORVELLAN_KERNEL void operator()(ptrdiff_t first, int count) const
   {
     Block block;
-    const Real zero = Real(0.0f);
-    const Real highest = Real(entry.highest);
     for (int i = 0; i < count; i += lanes)
-    {
-      const Rgb p = loadColour(image, pixelsOfRun(first, i, count), channels);
-      storeBlock(block, i, {clamp(p.r, zero, highest), clamp(p.g, zero, highest), clamp(p.b, zero, highest)});
-    }
+      storeBlock(block, i, filmEntryRange(entry, loadColour(image, pixelsOfRun(first, i, count), channels)));
     decodeBlock(entry.decoding, block, count);
     for (int i = 0; i < count; i += lanes)
     {
       const Pixels at = pixelsOfRun(first, i, count);
-      const Rgb light = heldLight(entry.hasMatrix ? multiply(entry.toFilm, loadBlock(block, i)) : loadBlock(block, i));
+      const Rgb light = heldLight(filmEntryGamut(entry, loadBlock(block, i)));
       storeColour(image, at, channels, light);
       planes[0].write(at, light.r);
       planes[1].write(at, light.g);

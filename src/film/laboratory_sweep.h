@@ -187,7 +187,7 @@ private:
       const Rgb colour = channels == 4 ? Rgb{p.r, p.g, p.b} : loadRgb(source, at(i));
       storeBlock(block, i, filmEntryRange(entry, colour));
     }
-    applyStep({.kind = StepKind::Decode, .decoding = entry.decoding}, block, inside);
+    decodeBlock(entry.decoding, block, inside);
     for (int i = 0; i < inside; i += lanes)
     {
       const Rgb e = latentImage(initialSilver(), filmEntryGamut(entry, loadBlock(block, i)));

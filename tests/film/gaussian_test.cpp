@@ -7,6 +7,7 @@
 
 #include <tbb/global_control.h>
 
+#include "film/gaussian_pair.h"
 #include "film/transpose.h"
 #include "tests/support/device_arrays.h"
 #include "tests/support/engine_test.h"
@@ -159,6 +160,46 @@ ENGINE_TEST(Gaussian, BothFormsFollowTheRecursionInDouble)
     }
   }
 }
+
+#ifndef MORVELLAN_TARGET_IS_CUDA
+
+namespace
+{
+
+// Weights that tell the two results apart.
+struct Weighted
+{
+  MORVELLAN_INLINE Real operator()(const Pixels&, Real first, Real second) const
+  {
+    return fma(first, Real(2.0f), second);
+  }
+  void fetch(ptrdiff_t, ptrdiff_t) const {}
+};
+
+}  // namespace
+
+ENGINE_TEST(Gaussian, TwoBlursTogetherAreTheTwoApart)
+{
+  const int sizes[][2] = {{1, 1}, {1, 50}, {50, 1}, {5, 3}, {31, 33}, {64, 32}, {67, 41}, {200, 130}, {1024, 1040}};
+  for (const auto& size : sizes)
+  {
+    const int width = size[0], height = size[1];
+    const Values plane = noise(static_cast<size_t>(width) * static_cast<size_t>(height), 13);
+    const Buffer<float> source = upload(plane);
+    const Buffer<float> columns(plane.size());
+    const Buffer<float> bothColumns(plane.size());
+    const Buffer<float> target(plane.size());
+    blurTwiceFused<Samples::Finite>(Queue{}, source.data(), columns.data(), bothColumns.data(), target.data(), width,
+                                    height, 6.4f, 12.8f, Weighted{}, "");
+    const Values first = blurred(plane, width, height, 6.4f);
+    const Values second = blurred(first, width, height, 12.8f);
+    const Values result = download(target);
+    for (size_t i = 0; i < plane.size(); ++i)
+      ASSERT_NEAR(result[i], 2.0f * first[i] + second[i], 3e-6f) << width << " by " << height << ", pixel " << i;
+  }
+}
+
+#endif
 
 // A large plane is written past the caches where its place allows it; a place between two vectors does not.
 ENGINE_TEST(Gaussian, APlaneIsTheSamePastTheCaches)
