@@ -158,12 +158,13 @@ private:
     correct(here);
   }
 
-  // The course that settles if the frame's sums change in proportion to the sample's.
+  // The course that settles if the frame's sums change in proportion to those of a part of the sample.
   void correctBySample(const Sums& frameSums)
   {
-    const Sums before = sampleSums(samplePixels, course);
+    const ptrdiff_t part = samplePixels / 4;
+    const Sums before = sampleSums(part, course);
     correct(answerOf(frameSums));
-    Sums sums = sampleSums(samplePixels, course);
+    Sums sums = sampleSums(part, course);
     for (size_t i = 0; i < labExchanges; ++i)
       sums[i] = before[i] > 0.0 ? frameSums[i] * (sums[i] / before[i]) : frameSums[i];
     correct(answerOf(sums));

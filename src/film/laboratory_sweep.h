@@ -204,10 +204,13 @@ private:
     int i = 0;
     for (; i + step <= inside; i += step)
     {
-      // The next chunk's pixels come while this one's are developed; the hardware looks ahead only while it reads.
+      // The next chunk's memory comes while this one is developed; the hardware looks ahead only while it is used.
       if (source)
         for (int line = 0; line < step * 4; line += 16)
           __builtin_prefetch(source + (first + detail::sweepChunk + i) * 4 + line);
+      float* written = density ? density : exposure;
+      for (int line = 0; line < step * 3; line += 16)
+        __builtin_prefetch(written + (first + detail::sweepChunk + i) * 3 + line, 1);
       develop<detail::sweepGroups>(Pixels{0, 0, first + i}, sums, exposures);
     }
     for (; i < inside; i += lanes)
