@@ -11,6 +11,7 @@
 #include "film/gaussian.h"
 #include "film/gaussian_pair.h"
 #include "film/laboratory_cycles.h"
+#include "film/laboratory_decode.h"
 
 namespace morvellan::MORVELLAN_TARGET
 {
@@ -170,22 +171,34 @@ struct develop_first_cycle
   MORVELLAN_KERNEL void operator()(ptrdiff_t first, int count) const
   {
     const Rgb silver = {Real(cycle.silver[0]), Real(cycle.silver[1]), Real(cycle.silver[2])};
+#ifndef MORVELLAN_TARGET_IS_CUDA
+    Block block;
+    ExposureDecode{.source = source, .exposure = exposure, .alpha = alpha, .channels = channels, .entry = entry}(
+        silver, first, count, block);
+#endif
     inGroups(first, count,
              [&]<int Groups>(const Pixels(&at)[Groups])
              {
                Rgb e[Groups];
                for (int k = 0; k < Groups; ++k)
                {
+#ifdef MORVELLAN_TARGET_IS_CUDA
                  e[k] = latentImage(entry, silver, loadColour(source, at[k], channels));
                  storeRgb(exposure, at[k], e[k]);
                  if (channels == 4)
                    storePlane(alpha, at[k], loadRgba(source, at[k]).a);
+#else
+                 e[k] = loadBlock(block, static_cast<int>(at[k].index - first));
+#endif
                }
                cycle.develop(at, e);
              });
   }
 
-  void finish() const { finishStreaming(); }
+  void finish() const
+  {
+    finishStreaming();
+  }
 };
 
 // pitch_sharp_film_lab and pitch_accumulate_film_lab_pfe: what the first blur took away, weighted, goes onto the last

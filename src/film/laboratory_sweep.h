@@ -5,8 +5,8 @@
 #include <array>
 #include <cstddef>
 
-#include "colour/block.h"
 #include "device/launch.h"
+#include "film/laboratory_decode.h"
 #include "film/laboratory_pixel.h"
 
 namespace morvellan::MORVELLAN_TARGET
@@ -169,31 +169,9 @@ private:
       return;
     }
     Block block;
-    decode(first, inside, block);
+    ExposureDecode{.source = source, .exposure = exposure, .alpha = alpha, .channels = channels, .entry = entry}(
+        initialSilver(), first, inside, block);
     developGroups(first, inside, sums, DecodedExposures{block, first});
-  }
-
-  MORVELLAN_INLINE void decode(ptrdiff_t first, int inside, Block& block) const
-  {
-    const auto at = [&](int i) { return Pixels{0, 0, first + i, inside - i < lanes ? inside - i : lanes}; };
-    for (int i = 0; i < inside; i += lanes)
-    {
-      Rgba p{};
-      if (channels == 4)
-      {
-        p = loadRgba(source, at(i));
-        storePlane(alpha, at(i), p.a);
-      }
-      const Rgb colour = channels == 4 ? Rgb{p.r, p.g, p.b} : loadRgb(source, at(i));
-      storeBlock(block, i, filmEntryRange(entry, colour));
-    }
-    decodeBlock(entry.decoding, block, inside);
-    for (int i = 0; i < inside; i += lanes)
-    {
-      const Rgb e = latentImage(initialSilver(), filmEntryGamut(entry, loadBlock(block, i)));
-      storeBlock(block, i, e);
-      storeRgb(exposure, at(i), e);
-    }
   }
 
   template <typename Exposures>
