@@ -71,9 +71,7 @@ void blurRowsTwice(const GaussianCascade& f, const GaussianCascade& g, const Pla
                 const ptrdiff_t begin = static_cast<ptrdiff_t>(top) * width;
                 const ptrdiff_t count = static_cast<ptrdiff_t>(inside) * width;
                 const KeptRows base{memory + Band::floats(ring), width};
-                fetch(first.data + begin, count);
                 filteredBand(f, memory, ring, first.row(top), width, inside).backward(0, width, width, inside, base);
-                fetch(both.data + begin, count);
                 Band band = filteredBand(f, memory, ring, both.row(top), width, inside);
                 band.backwardInto(g);
                 finish.fetch(begin, count);
