@@ -239,13 +239,15 @@ ENGINE_TEST(Halation, FusedStageAgreesWithTheKernels)
           HalationSettings s = defaults(gamut);
           s.breadth = breadth;
           s.saturation = 1.4f;
-          Values fused = glowing(frame, size[0], size[1], channels, s);
+          const Values fused = glowing(frame, size[0], size[1], channels, s);
           Values byKernels = glowingByKernels(frame, size[0], size[1], channels, s);
-          // The cinema's curve is steep at black, where channels cancel to some 1e-6 of light: there light is compared.
+          // At its black the cinema's curve makes 1e-5 of code of 1e-8 of light, where channels of light near 1 cancel:
+          // there one rounding of light 1 is allowed instead.
           if (gamut == cinemaXyz)
-            for (Values* codes : {&fused, &byKernels})
-              for (float& code : *codes)
-                code = code > 0.0f ? std::pow(code, 2.6f) : code;
+            for (size_t k = 0; k < fused.size(); ++k)
+              if (fused[k] > 0.0f && byKernels[k] > 0.0f &&
+                  std::fabs(std::pow(fused[k], 2.6f) - std::pow(byKernels[k], 2.6f)) <= 6e-8f)
+                byKernels[k] = fused[k];
           expectClose(fused, byKernels, 1e-5f);
         }
 }
