@@ -30,15 +30,30 @@ MORVELLAN_INLINE Real mixedPull(Real weight, Real strength)
   return weight * strength + (Real(1.0f) - weight);
 }
 
-// How much of an intensity is high and how much is low, from 1 / (1 + intensity).
-MORVELLAN_INLINE Real highWeight(const ZoneWeights& zone, Real average, Real share)
+// How much a zone acts on a pixel, and whether it acts at all, which decides about clamps and, in a low zone, about the
+// vectors: down to a float's least number above 0, 2^-149, to which all from 2^-150 on is rounded. The weight itself is
+// 0 already below 2^-126.
+struct ZoneShare
 {
-  return exp2NotPositive(plain_log2Positive(average * share) * Real(zone.highRange));
+  Real weight;
+  Mask some;
+};
+
+MORVELLAN_INLINE ZoneShare zoneShare(Real log2Share, float range)
+{
+  const Real exponent = log2Share * Real(range);
+  return {exp2NotPositive(exponent), exponent > Real(-150.0f)};
 }
 
-MORVELLAN_INLINE Real lowWeight(const ZoneWeights& zone, Real share)
+// How much of an intensity is high and how much is low, from 1 / (1 + intensity).
+MORVELLAN_INLINE ZoneShare highShare(const ZoneWeights& zone, Real average, Real share)
 {
-  return exp2NotPositive(plain_log2Positive(share) * Real(zone.lowRange));
+  return zoneShare(plain_log2Positive(average * share), zone.highRange);
+}
+
+MORVELLAN_INLINE ZoneShare lowShare(const ZoneWeights& zone, Real share)
+{
+  return zoneShare(plain_log2Positive(share), zone.lowRange);
 }
 
 // The zone step that ends an attribute or a refinement.
@@ -48,15 +63,15 @@ MORVELLAN_INLINE Rgb trailingZone(const ZoneWeights& zone, Rgb c)
     return c;
   const Real average = averageOf(c);
   const Real share = Real(1.0f) / (average + Real(1.0f));
-  const auto mix = [&](Real weight, float strength)
+  const auto mix = [&](const ZoneShare& of, float strength)
   {
-    const Rgb mixed = clampFilm(pull(c, mixedPull(weight, Real(strength)), average));
-    c = select(weight > Real(0.0f), mixed, c);
+    const Rgb mixed = clampFilm(pull(c, mixedPull(of.weight, Real(strength)), average));
+    c = select(of.some, mixed, c);
   };
   if (zone.highOn)
-    mix(highWeight(zone, average, share), zone.high);
+    mix(highShare(zone, average, share), zone.high);
   if (zone.lowOn)
-    mix(lowWeight(zone, share), zone.low);
+    mix(lowShare(zone, share), zone.low);
   return c;
 }
 
@@ -95,20 +110,19 @@ MORVELLAN_INLINE SaturationPull saturationPull(const AttributeEngine& e, const H
     strength = vectors;
     if (zone.highOn)
     {
-      const Real weight = highWeight(zone, average, share);
+      const auto [weight, some] = highShare(zone, average, share);
       strength = strength * mixedPull(weight, Real(zone.high));
       if (!zone.lowOn)
       {
         // The high zone alone gates what follows it.
         strength = customOn ? strength * mixedPull(weight, band)
                             : strength * mixedPull(weight, additive) * mixedPull(weight, subtractive);
-        bounded = bounded & (weight > Real(0.0f));
+        bounded = bounded & some;
       }
     }
     if (zone.lowOn)
     {
-      const Real weight = lowWeight(zone, share);
-      const Mask some = weight > Real(0.0f);
+      const auto [weight, some] = lowShare(zone, share);
       const Real mixed = mixedPull(weight, Real(zone.low));
       const Real rest = customOn ? mixedPull(weight, band) : additive * subtractive;
       strength = select(some, strength * mixed * rest, strength);

@@ -1,55 +1,18 @@
 // The attribute engine by values worked out in double precision, and its promises: neutral settings change nothing,
 // greys stay grey, bad pixels stay where they are.
-#include "film/attribute_engine.h"
+#include "tests/film/attribute_runs.h"
 
-#include <cmath>
 #include <limits>
 
-#include "device/launch.h"
-#include "tests/support/device_arrays.h"
-#include "tests/support/engine_test.h"
 #include "tests/support/film_settings.h"
 
 namespace morvellan::MORVELLAN_TARGET
 {
 
+using namespace attribute_runs;
+
 namespace
 {
-
-using Pixel = std::array<float, 3>;
-
-struct apply_attributes
-{
-  const float* source;
-  float* target;
-  AttributeEngine engine;
-  bool vectors;
-
-  MORVELLAN_KERNEL void operator()(Pixels at) const
-  {
-    Rgb c[] = {loadRgb(source, at)};
-    if (vectors)
-      applyAttributes<true>(engine, c);
-    else
-      applyAttributes<false>(engine, c);
-    storeRgb(target, at, c[0]);
-  }
-};
-
-std::vector<float> run(const AttributeEngine& engine, const std::vector<float>& pixels3, bool vectors = true)
-{
-  const Buffer<float> source = upload(pixels3);
-  const Buffer<float> target(pixels3.size());
-  launch(Queue{}, pixels(static_cast<int>(pixels3.size() / 3), 1),
-         apply_attributes{source.data(), target.data(), engine, vectors});
-  return download(target);
-}
-
-Pixel pixelBy(const AttributeEngine& engine, Pixel p, bool vectors = true)
-{
-  const std::vector<float> r = run(engine, std::vector<float>(p.begin(), p.end()), vectors);
-  return {r[0], r[1], r[2]};
-}
 
 AttributeEngine engineOf(const AttributeBlock& block)
 {
@@ -59,13 +22,6 @@ AttributeEngine engineOf(const AttributeBlock& block)
 AttributeEngine everything(ZoneSettings zone = {})
 {
   return makeAttributeEngine(settings::everyAttribute(zone), true, settings::refinements(soupRefinements, zone));
-}
-
-void expectNear(Pixel actual, Pixel expected, float tolerance, const char* what = "")
-{
-  const float scale = std::max({std::fabs(expected[0]), std::fabs(expected[1]), std::fabs(expected[2]), 0.01f});
-  for (size_t c = 0; c < 3; ++c)
-    EXPECT_NEAR(actual[c], expected[c], tolerance * scale) << what << " channel " << c;
 }
 
 // One attribute of the four in settings::everyAttribute, by its vectors or by its custom band alone.
@@ -335,6 +291,31 @@ ENGINE_TEST(Attributes, LowZoneMixesShadowsAndVectorsActEverywhere)
   const Pixel bright = pixelBy(engine, {0.0f, 100.0f, 0.0f});
   EXPECT_LT(dark[1] - dark[0], 0.02f * dark[1]);
   EXPECT_GT(bright[1] - bright[0], 0.9f * bright[1]);
+}
+
+// With the narrowest range a zone's weight falls below the least normal number within the film's light. As long as a
+// float holds it above 0 the low zone's vectors act with full force, the high zone's step clamps, and the step that
+// ends an attribute clamps.
+ENGINE_TEST(Attributes, AZoneActsDownToTheLeastNumber)
+{
+  const ZoneSettings low{.mode = 1, .low = 0.7f, .lowRange = 16.0f};
+  AttributeBlock vectors;
+  vectors.saturation = {
+      .vectorLive = true, .axis = {0.0f, 1.0f, 1.0f, 1.0f, 1.0f, 1.0f}, .vectorStrength = 1.0f, .zone = low};
+  expectNear(pixelBy(engineOf(vectors), {400.0f, 300.0f, 200.0f}), {340.02569f, 290.0278f, 240.02805f}, 2e-6f);
+
+  AttributeBlock shadows;
+  shadows.saturation = {.vectorLive = true,
+                        .axis = {2.0f, 2.0f, 2.0f, 2.0f, 2.0f, 2.0f},
+                        .vectorStrength = 1.5f,
+                        .custom = {.live = true, .hue = 1.0f, .width = 1.0f, .strength = 1.4f},
+                        .zone = {.mode = 2, .high = 1.3f, .highRange = 16.0f}};
+  expectNear(pixelBy(engineOf(shadows), {0.003f, 0.0f, 0.004f}), {0.00139468515f, 0.0f, 0.00925736965f}, 1e-5f);
+
+  AttributeBlock bright;
+  bright.chroma = {
+      .vectorLive = true, .axis = {0.6f, 0.6f, 0.6f, 0.6f, 0.6f, 0.6f}, .vectorStrength = 0.5f, .zone = low};
+  expectNear(pixelBy(engineOf(bright), {20.0f, 300.0f, 150.0f}), {47.265063f, 469.799988f, 354.487974f}, 2e-6f);
 }
 
 ENGINE_TEST(Attributes, HueBandWithoutWidthDoesNothing)
