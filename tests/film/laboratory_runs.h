@@ -11,6 +11,7 @@
 #include "film/laboratory_process.h"
 #include "tests/support/device_arrays.h"
 #include "tests/support/engine_test.h"
+#include "tests/support/gaussian_in_double.h"
 
 namespace morvellan::MORVELLAN_TARGET::laboratory_runs
 {
@@ -119,42 +120,79 @@ inline LabSettings diffusing(LabSettings settings, bool low, bool high)
   return settings;
 }
 
-// The developed light of a frame's exposures with every pixel, sum and concentration in double.
+// The developer of a frame's pixels after a diffusion, in double: spread in the log of the film by one blur, what that
+// took away weighted and held to [0, 1], and with the low diffusion by a second blur of the first.
+inline std::vector<double> diffusedInDouble(const std::vector<double>& developer, int w, int h,
+                                            const LabSettings& settings, double firstSigma, double secondSigma)
+{
+  constexpr double black = 0.092864126;
+  std::vector<double> log(developer.size());
+  for (size_t i = 0; i < log.size(); ++i)
+    log[i] = (std::log2(std::min(developer[i] * 0.00113631552, 469.799988) * 2231.82642 + 64.0) - 6.0) * 0.0647954196 +
+             black;
+  const std::vector<double> first = blurInDouble(log, w, h, firstSigma);
+  const std::vector<double> base = settings.lowDiffusion ? blurInDouble(first, w, h, secondSigma) : first;
+  std::vector<double> result(developer.size());
+  for (size_t i = 0; i < result.size(); ++i)
+  {
+    const double detail = std::clamp((log[i] - first[i]) * static_cast<double>(settings.detailGain), 0.0, 1.0);
+    const double u = detail + base[i];
+    result[i] =
+        u > 1.0 ? 880.037292 : (std::exp2((u - black) * 14.0 * 1.10237074 + 6.0) - 64.0) * 880.037292 * 0.00044806354;
+  }
+  return result;
+}
+
+// The developed light of a frame's exposures with every pixel, sum, concentration and blur in double.
 inline std::vector<double> lightInDouble(const Values& exposure, int w, int h, const LabSettings& settings)
 {
-  const LabProcess p = labProcess(settings, w, h);
   const size_t pixelCount = exposure.size() / 3;
-  std::vector<double> density(exposure.size(), static_cast<double>(labFirstDensity)), silver(exposure.size());
+  const double pixels = static_cast<double>(w) * h, areaScale = static_cast<double>(settings.areaScale);
+  const double area = pixels / areaScale, tank = areaScale * 1000.0 / 864.0;
+  const double time = static_cast<double>(settings.developmentTime) / 12.0, rate = time * 1e-5;
+  const double retained = std::pow(static_cast<double>(settings.replenish), time / 20.0);
+  const double spread = std::sqrt(time * area * 0.04) * 0.45261669;
+  const int period = 12 / settings.agitation, offset = period / 2;
+  std::vector<double> density(exposure.size(), 1e-5), silver(exposure.size());
   std::vector<double> developer(pixelCount, static_cast<double>(settings.concentration));
   for (size_t i = 0; i < silver.size(); ++i)
     silver[i] = static_cast<double>(settings.silver[i % 3]);
   double reservoir = static_cast<double>(settings.concentration);
-  for (int cycle = 0; cycle < labCycles; ++cycle)
+  for (int cycle = 0; cycle < 13; ++cycle)
   {
-    double before = 0.0, after = 0.0;
     for (size_t i = 0; i < pixelCount; ++i)
     {
       double used = 0.0;
       for (size_t k = i * 3; k < i * 3 + 3; ++k)
       {
-        const double grown = developer[i] * silver[k] * static_cast<double>(p.rate);
-        const double consumed = std::clamp(static_cast<double>(exposure[k]) * density[k] * density[k] * grown, 0.0,
-                                           static_cast<double>(labFullScale));
+        const double grown = developer[i] * silver[k] * rate;
+        const double consumed =
+            std::clamp(static_cast<double>(exposure[k]) * density[k] * density[k] * grown, 0.0, 880.037292);
         density[k] += grown;
-        silver[k] -= consumed * static_cast<double>(labSilverUse);
+        silver[k] -= consumed * 4000000.0;
         used += consumed;
       }
-      developer[i] = std::max(developer[i] - used * static_cast<double>(labDeveloperUse), 0.0);
-      before += developer[i];
-      developer[i] = developer[i] * static_cast<double>(p.retained) + static_cast<double>(p.replenished) * reservoir;
-      after += developer[i];
+      developer[i] = std::max(developer[i] - used * 13333333.0, 0.0);
     }
-    reservoir = reservoirAfter(p, cycle, reservoir, before, after);
-    if (p.agitates(cycle))
+    if (settings.lowDiffusion || settings.highDiffusion)
+      developer = diffusedInDouble(developer, w, h, settings, spread * static_cast<double>(settings.spectrumBand),
+                                   spread * static_cast<double>(settings.lowWidth));
+    double before = 0.0, after = 0.0;
+    for (double& d : developer)
+    {
+      before += d;
+      d = d * retained + (1.0 - retained) * reservoir;
+      after += d;
+    }
+    reservoir -= (after - before) * 0.1 / (area * tank);
+    if ((cycle + offset) % period == 0)
+    {
+      reservoir = (after * 0.1 / area + tank * reservoir) / (pixels * 0.1 / area + tank);
       std::fill(developer.begin(), developer.end(), reservoir);
+    }
   }
   for (size_t i = 0; i < density.size(); ++i)
-    density[i] *= density[i] * static_cast<double>(exposure[i]) * static_cast<double>(labOutputGain);
+    density[i] *= density[i] * static_cast<double>(exposure[i]) * 2058.0;
   return density;
 }
 

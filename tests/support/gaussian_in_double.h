@@ -41,4 +41,25 @@ inline std::vector<double> gaussianInDouble(const std::vector<double>& x, double
   return y;
 }
 
+// A plane: its columns, then its rows.
+inline std::vector<double> blurInDouble(std::vector<double> plane, int width, int height, double sigma)
+{
+  const auto filterLines = [&](int count, int length, int next, int step)
+  {
+    std::vector<double> line(static_cast<size_t>(length));
+    for (int t = 0; t < count; ++t)
+    {
+      const auto at = [&](int i) -> double& { return plane[static_cast<size_t>(t * next + i * step)]; };
+      for (int i = 0; i < length; ++i)
+        line[static_cast<size_t>(i)] = at(i);
+      const std::vector<double> filtered = gaussianInDouble(line, sigma);
+      for (int i = 0; i < length; ++i)
+        at(i) = filtered[static_cast<size_t>(i)];
+    }
+  };
+  filterLines(width, height, 1, width);
+  filterLines(height, width, width, 1);
+  return plane;
+}
+
 }  // namespace morvellan::MORVELLAN_TARGET
