@@ -24,10 +24,14 @@ public:
   using std::runtime_error::runtime_error;
 };
 
-// ": " and the first line of a library's reasons, where it gave any.
+// ": " and the first line of a library's reasons, where it gave any, without its full stop.
 inline std::string because(const std::string& reasons)
 {
-  const std::string first = reasons.substr(0, reasons.find('\n'));
+  std::string first = reasons.substr(0, reasons.find('\n'));
+  while (first.ends_with('.') || first.ends_with(' '))
+  {
+    first.pop_back();
+  }
   return first.empty() ? "" : ": " + first;
 }
 

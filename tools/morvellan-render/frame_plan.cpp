@@ -9,6 +9,7 @@
 
 #include "errors.h"
 #include "frame_numbers.h"
+#include "whole_file.h"
 
 namespace morvellan::tool
 {
@@ -71,6 +72,11 @@ std::vector<int> timesOf(const Options& options)
   return times;
 }
 
+std::filesystem::path absolutePath(const std::filesystem::path& file)
+{
+  return std::filesystem::absolute(file).lexically_normal();
+}
+
 void requireInputs(const std::vector<FrameJob>& jobs)
 {
   std::size_t missing = 0;
@@ -92,14 +98,22 @@ void requireInputs(const std::vector<FrameJob>& jobs)
   }
 }
 
-void requireOtherFiles(const std::vector<FrameJob>& jobs)
+// `project` is where the values are saved, if they are.
+void requireOtherFiles(const std::vector<FrameJob>& jobs, const std::optional<std::filesystem::path>& project)
 {
   std::error_code failure;
+  const auto same = [&](const std::filesystem::path& a, const std::filesystem::path& b)
+  { return std::filesystem::equivalent(a, b, failure) || absolutePath(a) == absolutePath(b); };
   for (const FrameJob& job : jobs)
   {
-    if (std::filesystem::equivalent(job.input, job.output, failure))
+    if (same(job.input, job.output))
     {
       throw UsageError(fmt::format("{} would be written over itself; give another output", job.input.string()));
+    }
+    if (project && (same(job.input, *project) || same(job.output, *project)))
+    {
+      throw UsageError(
+          fmt::format("the project {} would be written over a picture; save it elsewhere", project->string()));
     }
   }
 }
@@ -122,7 +136,7 @@ std::vector<FrameJob> planFrames(const Options& options)
     jobs.push_back({times[i], input.at(times[i]), output.at(times[i])});
   }
   requireInputs(jobs);
-  requireOtherFiles(jobs);
+  requireOtherFiles(jobs, options.saveProject);
   prepareFolderOf(jobs.front().output);
   return jobs;
 }

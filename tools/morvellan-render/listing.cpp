@@ -119,7 +119,7 @@ std::string listChoices(const host::EffectDescriptor& descriptor, const std::str
   const Param& param = paramNamed(descriptor.params(), name);
   if (param.kind() != ParamKind::Choice)
   {
-    throw UsageError(fmt::format("{} is a {}, not a Choice", name, param.facts().label));
+    throw UsageError(fmt::format("{} ({}) is not a Choice; see --list-params", name, param.facts().label));
   }
   std::string text;
   int index = 0;

@@ -11,6 +11,7 @@
 #include "looks.h"
 #include "options.h"
 #include "session.h"
+#include "whole_file.h"
 
 namespace morvellan::tool
 {

@@ -1,6 +1,7 @@
 // The command line, parsed and held against itself.
 #include "options.h"
 
+#include <algorithm>
 #include <map>
 #include <regex>
 
@@ -130,6 +131,19 @@ std::vector<Edit> editsInOrder(const CLI::App& app, const RawOptions& raw)
   return edits;
 }
 
+// An empty value, as of a shell variable that is not set, is no value.
+void requireValues(const CLI::App& app)
+{
+  for (const CLI::Option* const option : app.parse_order())
+  {
+    const std::vector<std::string>& values = option->results();
+    if (option->get_expected_max() > 0 && std::find(values.begin(), values.end(), "") != values.end())
+    {
+      throw UsageError(fmt::format("{} has an empty value; give one or leave it out", option->get_name()));
+    }
+  }
+}
+
 void check(const Options& options, const RawOptions& raw)
 {
   static const std::regex devices(R"(auto|cuda|cpu|cpu:(?:[1-9]|1[0-6])|host)");
@@ -214,6 +228,7 @@ std::optional<Options> parseOptions(int argc, const char* const* argv)
     }
     options.looks = request;
   }
+  requireValues(app);
   options.edits = editsInOrder(app, raw);
   const auto path = [](const std::string& text)
   { return text.empty() ? std::nullopt : std::optional<std::filesystem::path>(text); };

@@ -4,15 +4,18 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <memory>
 #include <system_error>
 #include <vector>
 
+#include <OpenImageIO/filesystem.h>
 #include <fmt/format.h>
 
 #include "errors.h"
+#include "picture_header.h"
 
 namespace morvellan::tool
 {
@@ -38,8 +41,41 @@ bool lacksPngEnd(const std::filesystem::path& file)
   stream.seekg(0, std::ios::end);
   stream.seekg(std::max<std::streamoff>(0, static_cast<std::streamoff>(stream.tellg()) - searched));
   const std::string tail{std::istreambuf_iterator<char>(stream), {}};
-  return tail.find("IEND") == std::string::npos;
+  return tail.find("IEND\xAE\x42\x60\x82") == std::string::npos;  // the last chunk with its check sum
 }
+
+bool isDpx(const std::filesystem::path& file)
+{
+  std::array<char, 4> magic{};
+  std::ifstream(file, std::ios::binary).read(magic.data(), magic.size());
+  const std::string_view read(magic.data(), magic.size());
+  return read == "SDPX" || read == "XPDS";
+}
+
+// A file that notices when more is asked of it than it has. The library's reader of DPX fills up the rows of a
+// truncated ten-bit picture without a word.
+class MeasuredFile : public OIIO::Filesystem::IOFile
+{
+public:
+  explicit MeasuredFile(const std::filesystem::path& file) : IOFile(file.string(), Read) {}
+
+  bool wasTooShort() const { return wasTooShort_; }
+
+  std::size_t read(void* target, std::size_t count) override { return noting(IOFile::read(target, count), count); }
+  std::size_t pread(void* target, std::size_t count, std::int64_t offset) override
+  {
+    return noting(IOFile::pread(target, count, offset), count);
+  }
+
+private:
+  std::size_t noting(std::size_t got, std::size_t wanted)
+  {
+    wasTooShort_ = wasTooShort_ || got < wanted;
+    return got;
+  }
+
+  bool wasTooShort_ = false;
+};
 
 int channelNamed(const ImageSpec& spec, std::string_view name)
 {
@@ -73,32 +109,44 @@ std::array<int, 4> channelsOf(const ImageSpec& spec)
   return channels;
 }
 
-std::unique_ptr<OIIO::ImageInput> openPicture(const std::filesystem::path& file)
+[[noreturn]] void refuseDamaged(const std::filesystem::path& file, const std::string& reasons)
+{
+  throw RenderError(fmt::format("{} is damaged or truncated{}; copy or make it anew", file.string(), because(reasons)));
+}
+
+// Reads through `measured` where there is one.
+std::unique_ptr<OIIO::ImageInput> openPicture(const std::filesystem::path& file, MeasuredFile* measured)
 {
   std::error_code failure;
   if (!std::filesystem::exists(file, failure))
   {
-    throw RenderError(fmt::format("{} does not exist", file.string()));
+    throw RenderError(fmt::format("{} does not exist; check the name", file.string()));
   }
   if (std::filesystem::is_directory(file, failure))
   {
-    throw RenderError(fmt::format("{} is a folder, not a picture", file.string()));
+    throw RenderError(fmt::format("{} is a folder; give a picture's name", file.string()));
   }
   if (lacksPngEnd(file))
   {
-    throw RenderError(fmt::format("{} is damaged or truncated: its end is missing", file.string()));
+    refuseDamaged(file, "its end is missing");
   }
   ImageSpec hints;
   hints.attribute("oiio:UnassociatedAlpha", 1);  // colours stay as they are stored, not multiplied by the alpha
+  if (measured != nullptr)
+  {
+    OIIO::Filesystem::IOProxy* const proxy = measured;
+    hints.attribute("oiio:ioproxy", OIIO::TypeDesc::PTR, &proxy);
+  }
   auto input = OIIO::ImageInput::open(file.string(), &hints);
   if (input == nullptr)
   {
-    throw RenderError(fmt::format("{} cannot be read as a picture{}", file.string(), because(OIIO::geterror())));
+    throw RenderError(fmt::format("{} cannot be read as a picture{}; check its format and its permissions",
+                                  file.string(), because(OIIO::geterror())));
   }
   const ImageSpec& spec = input->spec();
   if (spec.deep || spec.depth > 1 || spec.nchannels < 1)
   {
-    throw RenderError(fmt::format("{} holds deep or volume data, not a flat picture", file.string()));
+    throw RenderError(fmt::format("{} holds deep or volume data; flatten it first", file.string()));
   }
   return input;
 }
@@ -124,24 +172,33 @@ void arrange(const std::vector<float>& pixels, const ImageSpec& spec, const std:
   }
 }
 
-}  // namespace
-
-Picture readPicture(const std::filesystem::path& file, std::optional<Components> components)
+Picture readAsStored(const std::filesystem::path& file, std::optional<Components> components)
 {
-  const auto input = openPicture(file);
+  const auto measured = isDpx(file) ? std::make_unique<MeasuredFile>(file) : nullptr;
+  const auto input = openPicture(file, measured.get());
   const ImageSpec spec = input->spec();
   std::array<int, 4> channels = channelsOf(spec);
   const Components chosen = components.value_or(channels[3] >= 0 ? Components::Rgba : Components::Rgb);
   std::vector<float> pixels(spec.image_pixels() * static_cast<std::size_t>(spec.nchannels));
   const bool read = input->read_image(0, 0, 0, spec.nchannels, TypeDesc::FLOAT, pixels.data());
   // Some readers say that they succeeded and leave the rows that are missing black; they do say why.
-  if (const std::string reasons = input->geterror(); !read || !reasons.empty())
+  const bool tooShort = measured != nullptr && measured->wasTooShort();
+  if (const std::string reasons = input->geterror(); !read || tooShort || !reasons.empty())
   {
-    throw RenderError(fmt::format("{} is damaged or truncated{}", file.string(), because(reasons)));
+    refuseDamaged(file, reasons);
   }
   Frame frame({.bounds = {0, 0, spec.width, spec.height}, .components = chosen});
   arrange(pixels, spec, channels, frame);
   return {frame, spec, input->format_name()};
+}
+
+}  // namespace
+
+Picture readPicture(const std::filesystem::path& file, std::optional<Components> components)
+{
+  Picture picture = readAsStored(file, components);
+  nameTimes(picture.header);
+  return picture;
 }
 
 }  // namespace morvellan::tool

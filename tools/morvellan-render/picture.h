@@ -27,7 +27,7 @@ std::optional<OutputDepth> outputDepthOf(const std::string& name);
 struct Picture
 {
   host::Frame frame;       // float, RGB or RGBA, bottom row first, from (0, 0)
-  OIIO::ImageSpec header;  // as the file has it: windows, metadata, stored type
+  OIIO::ImageSpec header;  // as the file has it: windows, metadata, stored type; times as EXR names them
   std::string format;      // OpenImageIO's name of the file's format
 };
 
@@ -53,11 +53,5 @@ OutputFormat outputFormatOf(const std::filesystem::path& file);
 // nothing behind.
 void writePicture(const std::filesystem::path& file, const host::Frame& frame, const Picture& origin,
                   std::optional<OutputDepth> depth);
-
-// Writes a whole text file, or nothing. Throws RenderError.
-void writeText(const std::filesystem::path& file, const std::string& text);
-
-// Makes the folder of a file if it is missing, and makes sure that it can be written. Throws RenderError.
-void prepareFolderOf(const std::filesystem::path& file);
 
 }  // namespace morvellan::tool

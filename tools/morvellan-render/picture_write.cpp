@@ -1,4 +1,4 @@
-// Writing of pictures and texts: what each format holds, and whole files or none.
+// Writing of pictures: what each format holds, and its bytes.
 #include "picture.h"
 
 #include <algorithm>
@@ -6,18 +6,21 @@
 #include <cctype>
 #include <cmath>
 #include <fstream>
+#include <iterator>
 #include <memory>
-#include <numeric>
 #include <span>
-#include <system_error>
+#include <stdexcept>
 #include <vector>
 
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <OpenImageIO/filesystem.h>
 #include <fmt/format.h>
 
 #include "errors.h"
+#include "picture_header.h"
+#include "whole_file.h"
 
 namespace morvellan::tool
 {
@@ -131,103 +134,57 @@ std::vector<unsigned char> packed(const Frame& frame, int channels, const DepthF
   return bytes;
 }
 
-// A frame rate stands under another name in DPX than elsewhere.
-void carryFrameRate(ImageSpec& header, std::string_view format)
+class EncodingError : public std::runtime_error
 {
-  std::array<int, 2> ratio{};
-  if (format == "dpx" && header.getattribute("FramesPerSecond", OIIO::TypeRational, ratio.data()) && ratio[1] != 0)
-  {
-    header.attribute("dpx:FrameRate", static_cast<float>(ratio[0]) / static_cast<float>(ratio[1]));
-  }
-  const float rate = header.get_float_attribute("dpx:FrameRate", header.get_float_attribute("dpx:TemporalFrameRate"));
-  if (format == "openexr" && header.find_attribute("FramesPerSecond") == nullptr && std::isfinite(rate) && rate > 0.0F)
-  {
-    // Rates just below a whole number are that number by 1000/1001.
-    const auto whole = static_cast<int>(std::lround(rate));
-    const bool pulled = std::abs(rate - static_cast<float>(whole) * 1000.0F / 1001.0F) < 0.002F;
-    const int thousandths = static_cast<int>(std::lround(rate * 1000.0F));
-    const int shared = std::gcd(thousandths, 1000);
-    ratio = pulled ? std::array{whole * 1000, 1001} : std::array{thousandths / shared, 1000 / shared};
-    header.attribute("FramesPerSecond", OIIO::TypeRational, ratio.data());
-  }
-}
+public:
+  using std::runtime_error::runtime_error;
+};
 
-void dropForeignTags(ImageSpec& header, const Picture& origin, std::string_view format)
+// A file without a name, in memory.
+class AnonymousFile
 {
-  // What describes the input's storage and not its content.
-  for (const char* const storage :
-       {"oiio:BitsPerSample", "oiio:subimages", "oiio:subimagename", "textureformat", "planarconfig",
-        "tiff:PhotometricInterpretation", "tiff:PlanarConfiguration", "tiff:RowsPerStrip", "openexr:levelmode",
-        "openexr:lineOrder", "openexr:dwaCompressionLevel", "jpeg:subsampling"})
-  {
-    header.erase_attribute(storage);
-  }
-  if (origin.format != format)
-  {
-    // The same names mean other things in other formats, and a tag of the encoding would alter how values are shown.
-    for (const char* const tag : {"compression", "CompressionQuality", "oiio:ColorSpace", "oiio:Gamma"})
-    {
-      header.erase_attribute(tag);
-    }
-  }
-  if (format == "openexr" || format == "dpx")
-  {
-    header.erase_attribute("ICCProfile");  // neither format holds one
-  }
-}
+public:
+  AnonymousFile() : descriptor_(memfd_create("picture", MFD_CLOEXEC)) {}
+  ~AnonymousFile() { close(descriptor_); }
+  AnonymousFile(const AnonymousFile&) = delete;
+  AnonymousFile& operator=(const AnonymousFile&) = delete;
 
-ImageSpec outputSpec(const Frame& frame, const Picture& origin, const FormatFacts& format, int channels,
-                     const DepthFacts& depth)
-{
-  ImageSpec header(frame.width(), frame.height(), channels, depth.type);
-  header.x = origin.header.x;
-  header.y = origin.header.y;
-  header.full_x = origin.header.full_x;
-  header.full_y = origin.header.full_y;
-  header.full_width = origin.header.full_width;
-  header.full_height = origin.header.full_height;
-  header.extra_attribs = origin.header.extra_attribs;
-  dropForeignTags(header, origin, format.name);
-  carryFrameRate(header, format.name);
-  if (std::string_view(format.name) == "openexr")
-  {
-    // A lossy compression of the input would change values again.
-    const std::string_view kept = header.get_string_attribute("compression");
-    const bool lossless = kept == "none" || kept == "rle" || kept == "zip" || kept == "zips" || kept == "piz";
-    header.attribute("compression", lossless ? std::string(kept) : std::string("zip"));
-  }
-  if (depth.bits == 10)
-  {
-    header.attribute("oiio:BitsPerSample", 10);
-  }
-  if (channels == 4 && std::string_view(format.name) == "png")
-  {
-    header.attribute("oiio:UnassociatedAlpha", 1);
-  }
-  return header;
-}
+  std::string path() const { return fmt::format("/proc/self/fd/{}", descriptor_); }
 
-// Puts these bytes in the file's place, or leaves what is there. They go beside it first, under a name of their own.
-void replaceFile(const std::filesystem::path& file, std::span<const unsigned char> bytes)
-{
-  const std::filesystem::path beside =
-      file.parent_path() / fmt::format(".{}.partial-{}{}", file.stem().string(), getpid(), file.extension().string());
-  std::ofstream stream(beside, std::ios::binary);
-  stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-  stream.close();
-  std::error_code failure;
-  if (stream)
+  std::vector<unsigned char> bytes() const
   {
-    std::filesystem::rename(beside, file, failure);
-    if (!failure)
-    {
-      return;
-    }
+    std::ifstream stream(path(), std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
   }
-  std::error_code ignored;
-  std::filesystem::remove(beside, ignored);
-  throw RenderError(fmt::format("{} cannot be written{}; choose a folder that can be and has room", file.string(),
-                                failure ? ": " + failure.message() : ""));
+
+private:
+  int descriptor_;
+};
+
+// The bytes of a file of this format. Throws EncodingError.
+std::vector<unsigned char> encoded(const std::string& format, const std::string& name, const ImageSpec& header,
+                                   TypeDesc type, const std::vector<unsigned char>& pixels)
+{
+  const auto output = OIIO::ImageOutput::create(format);
+  if (output == nullptr)
+  {
+    throw EncodingError(OIIO::geterror());
+  }
+  // TIFF reads what it wrote, to add the directory of an exposure; the library's own memory cannot be read.
+  const bool isRead = format == "tiff";
+  const AnonymousFile file;
+  std::vector<unsigned char> bytes;
+  OIIO::Filesystem::IOVecOutput memory(bytes);
+  if (!isRead)
+  {
+    output->set_ioproxy(&memory);
+  }
+  if (!output->open(isRead ? file.path() : name, header) || !output->write_image(type, pixels.data()) ||
+      !output->close())
+  {
+    throw EncodingError(output->geterror());
+  }
+  return isRead ? file.bytes() : bytes;
 }
 
 }  // namespace
@@ -309,48 +266,16 @@ void writePicture(const std::filesystem::path& file, const Frame& frame, const P
   const OutputFormat format = outputFormatOf(file);
   const DepthFacts& facts = factsOf(format.depthFor(depth, origin.header));
   const int channels = format.alpha ? host::countOf(frame.layout().components) : 3;
-  const ImageSpec header = outputSpec(frame, origin, formatNamed(format.name), channels, facts);
-  std::vector<unsigned char> encoded;
-  OIIO::Filesystem::IOVecOutput memory(encoded);
-  auto output = OIIO::ImageOutput::create(format.name);
-  const auto fail = [&](const std::string& why)
-  { throw RenderError(fmt::format("{} cannot be written{}", file.string(), because(why))); };
-  if (output == nullptr)
+  const ImageSpec header =
+      carriedHeader(origin.header, origin.format, frame, format.name, channels, facts.type, facts.bits);
+  const std::vector<unsigned char> pixels = packed(frame, channels, facts);
+  try
   {
-    fail(OIIO::geterror());
+    replaceFile(file, encoded(format.name, file, header, facts.bits == 0 ? TypeDesc::FLOAT : facts.type, pixels));
   }
-  output->set_ioproxy(&memory);
-  if (!output->open(file.string(), header))
+  catch (const EncodingError& error)
   {
-    fail(output->geterror());
-  }
-  const std::vector<unsigned char> bytes = packed(frame, channels, facts);
-  const TypeDesc type(facts.bits == 0 ? TypeDesc::FLOAT : facts.type);
-  if (!output->write_image(type, bytes.data()) || !output->close())
-  {
-    fail(output->geterror());
-  }
-  replaceFile(file, encoded);
-}
-
-void writeText(const std::filesystem::path& file, const std::string& text)
-{
-  replaceFile(file, {reinterpret_cast<const unsigned char*>(text.data()), text.size()});
-}
-
-void prepareFolderOf(const std::filesystem::path& file)
-{
-  const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
-  std::error_code failure;
-  std::filesystem::create_directories(folder, failure);
-  if (!std::filesystem::is_directory(folder, failure) || access(folder.c_str(), W_OK | X_OK) != 0)
-  {
-    throw RenderError(fmt::format("the output folder {} cannot be written; choose another or change its permissions",
-                                  folder.string()));
-  }
-  if (std::filesystem::is_directory(file, failure))
-  {
-    throw RenderError(fmt::format("the output {} is a folder; give a file's name", file.string()));
+    throw RenderError(fmt::format("{} cannot be written{}", file.string(), because(error.what())));
   }
 }
 

@@ -49,7 +49,7 @@ ParamValue fromJson(const Param& param, const nlohmann::json& json)
     return value;
   }
   throw UsageError(
-      fmt::format("the project's value of {} does not suit a {}: {}", param.name(), param.facts().label, json.dump()));
+      fmt::format("{} ({}) cannot be {}; see --list-params", param.name(), param.facts().label, json.dump()));
 }
 
 nlohmann::ordered_json toJson(const Param& param, const ParamValue& value)
@@ -98,15 +98,23 @@ std::map<std::string, ParamValue> parseProject(std::string_view text, const std:
   }
   if (!json.is_object() || !json.contains("params") || !json["params"].is_object())
   {
-    throw RenderError(fmt::format("the project {} lacks its object \"params\"", name));
+    throw RenderError(
+        fmt::format("the project {} lacks its object \"params\"; write {{\"params\": {{NAME: VALUE}}}}", name));
   }
   std::map<std::string, ParamValue> values;
   for (const auto& [parameter, content] : json["params"].items())
   {
-    const Param& param = paramNamed(described, parameter);
-    const ParamValue value = fromJson(param, content);
-    requireFit(param, value);
-    values.emplace(parameter, value);
+    try
+    {
+      const Param& param = paramNamed(described, parameter);
+      const ParamValue value = fromJson(param, content);
+      requireFit(param, value);
+      values.emplace(parameter, value);
+    }
+    catch (const UsageError& error)
+    {
+      throw UsageError(fmt::format("the project {}: {}", name, error.what()));
+    }
   }
   return values;
 }

@@ -11,6 +11,7 @@
 #include "errors.h"
 #include "project.h"
 #include "values.h"
+#include "whole_file.h"
 
 namespace morvellan::tool
 {
@@ -218,7 +219,7 @@ std::vector<std::string> Session::errorsOfPress(const std::string& name)
   const host::Param& param = paramNamed(instance_->params(), name);
   if (param.kind() != host::ParamKind::PushButton)
   {
-    throw UsageError(fmt::format("{} is a {}, not a button; use --set {}=VALUE", name, param.facts().label, name));
+    throw UsageError(fmt::format("{} ({}) is not a button; use --set {}=VALUE", name, param.facts().label, name));
   }
   OfxStatus status = kOfxStatOK;
   std::vector<std::string> errors = observer_.errorsOf([&] { status = instance_->press(name); });

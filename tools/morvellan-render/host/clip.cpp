@@ -81,6 +81,12 @@ void Clip::setFrameRange(double first, double last)
   properties_.put(kOfxImageEffectPropUnmappedFrameRange, std::vector<double>{first, last});
 }
 
+void Clip::setFrameRate(double rate)
+{
+  properties_.put(kOfxImageEffectPropFrameRate, rate);
+  properties_.put(kOfxImageEffectPropUnmappedFrameRate, rate);
+}
+
 void Clip::setPixelFrame(const OfxRectI& frame)
 {
   if (properties_.has(kOfxImageClipPropFormat))

@@ -68,6 +68,7 @@ public:
   // The pixels that the host delivers.
   void setFormat(Components components, Depth depth);
   void setFrameRange(double first, double last);
+  void setFrameRate(double rate);
   // Where the host has the property of its frame in pixels.
   void setPixelFrame(const OfxRectI& frame);
   void setPixelAspect(double aspect) { properties_.put(kOfxImagePropPixelAspectRatio, aspect); }

@@ -64,6 +64,7 @@ EffectInstance::EffectInstance(LoadedPlugin& plugin, const EffectDescriptor& des
     Clip& added = addClip(std::make_unique<Clip>(*this, *clip));
     added.setFormat(settings.components, settings.depth);
     added.setFrameRange(settings.frameRange.min, settings.frameRange.max);
+    added.setFrameRate(settings.frameRate);
     added.setPixelAspect(settings.pixelAspect);
     added.setConnected(added.isOutput() || settings.sourceConnected);
     added.regionOfDefinition = OfxRectD{0.0, 0.0, settings.projectSize.x, settings.projectSize.y};

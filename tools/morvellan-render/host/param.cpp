@@ -95,12 +95,12 @@ std::string Param::complaintAbout(const ParamValue& value) const
   const ValueFamily family = facts().family;
   if (family == ValueFamily::None)
   {
-    return fmt::format("{} is a {} and has no value", name_, facts().label);
+    return fmt::format("{} ({}) has no value", name_, facts().label);
   }
   const int wanted = family == ValueFamily::String ? 0 : facts().dimension;
   if (value.count != wanted)
   {
-    return fmt::format("{} is a {} and takes {}", name_, facts().label,
+    return fmt::format("{} ({}) takes {}", name_, facts().label,
                        wanted == 0 ? "a text" : fmt::format("{} number{}", wanted, wanted == 1 ? "" : "s"));
   }
   for (int i = 0; i < value.count; ++i)
