@@ -82,7 +82,7 @@ std::optional<std::string> imageFault(const OFX::Image& image, int channels, con
                        role, width, height);
   if (image.pixelData() == nullptr)
     return fmt::format("Morvellan : Natron gave an {} image without pixel data. Check that its clip can be read", role);
-  const std::int64_t needed = width * channels * std::int64_t{sizeof(float)};
+  const std::int64_t needed = width * channels * static_cast<std::int64_t>(OFX::bytesPerChannel(image.depth()));
   if (height > 1 && std::abs(std::int64_t{image.rowBytes()}) < needed)
     return fmt::format("Morvellan : Natron gave an {} image whose rows of {} bytes are too short for {} pixels", role,
                        image.rowBytes(), width);

@@ -147,13 +147,14 @@ protected:
   }
   ~ImageFaultTest() override { OFX::suites() = {}; }
 
-  std::optional<std::string> fault(const OfxRectI& bounds, void* data, int rowBytes)
+  std::optional<std::string> fault(const OfxRectI& bounds, void* data, int rowBytes,
+                                   const char* depth = kOfxBitDepthFloat)
   {
     fake::Properties properties;
     properties.values[kOfxImagePropData] = {data};
     properties.values[kOfxImagePropBounds] = {bounds.x1, bounds.y1, bounds.x2, bounds.y2};
     properties.values[kOfxImageEffectPropComponents] = {std::string(kOfxImageComponentRGBA)};
-    properties.values[kOfxImageEffectPropPixelDepth] = {std::string(kOfxBitDepthFloat)};
+    properties.values[kOfxImageEffectPropPixelDepth] = {std::string(depth)};
     properties.values[kOfxImagePropRowBytes] = {rowBytes};
     const OFX::Image image(properties.handle());
     return imageFault(image, 4, "Input");
@@ -167,6 +168,9 @@ TEST_F(ImageFaultTest, GoodImagesHaveNone)
   EXPECT_EQ(fault({0, 0, 4, 4}, &pixel, 100), std::nullopt);
   EXPECT_EQ(fault({-4, -4, 0, 0}, &pixel, -64), std::nullopt);
   EXPECT_EQ(fault({0, 0, 4, 1}, &pixel, 0), std::nullopt);
+  // Black is filled at any depth.
+  EXPECT_EQ(fault({0, 0, 4, 4}, &pixel, 16, kOfxBitDepthByte), std::nullopt);
+  EXPECT_EQ(fault({0, 0, 4, 4}, &pixel, 32, kOfxBitDepthHalf), std::nullopt);
 }
 
 TEST_F(ImageFaultTest, BadOnesSayWhatIsWrong)
@@ -182,6 +186,8 @@ TEST_F(ImageFaultTest, BadOnesSayWhatIsWrong)
             "Morvellan : Natron gave an Input image without pixel data. Check that its clip can be read");
   EXPECT_EQ(fault({0, 0, 4, 4}, &pixel, 63),
             "Morvellan : Natron gave an Input image whose rows of 63 bytes are too short for 4 pixels");
+  EXPECT_EQ(fault({0, 0, 4, 4}, &pixel, 31, kOfxBitDepthHalf),
+            "Morvellan : Natron gave an Input image whose rows of 31 bytes are too short for 4 pixels");
 }
 
 }  // namespace

@@ -139,7 +139,7 @@ void nameTimes(ImageSpec& header)
 }
 
 ImageSpec carriedHeader(const ImageSpec& header, const std::string& from, const host::Frame& frame,
-                        const std::string& format, int channels, TypeDesc type, int bits)
+                        const std::string& format, int channels, const TypeDesc& type, int bits)
 {
   ImageSpec carried(frame.width(), frame.height(), channels, type);
   carried.x = header.x;

@@ -17,6 +17,6 @@ void nameTimes(OIIO::ImageSpec& header);
 // The windows and metadata of the picture that a frame was made from, as a file of `format` holds them. `header` and
 // `from` are that picture's; `bits` is what a sample of the type uses, 0 for floating point.
 OIIO::ImageSpec carriedHeader(const OIIO::ImageSpec& header, const std::string& from, const host::Frame& frame,
-                              const std::string& format, int channels, OIIO::TypeDesc type, int bits);
+                              const std::string& format, int channels, const OIIO::TypeDesc& type, int bits);
 
 }  // namespace morvellan::tool

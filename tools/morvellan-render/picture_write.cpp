@@ -163,7 +163,7 @@ private:
 
 // The bytes of a file of this format. Throws EncodingError.
 std::vector<unsigned char> encoded(const std::string& format, const std::string& name, const ImageSpec& header,
-                                   TypeDesc type, const std::vector<unsigned char>& pixels)
+                                   const TypeDesc& type, const std::vector<unsigned char>& pixels)
 {
   const auto output = OIIO::ImageOutput::create(format);
   if (output == nullptr)
