@@ -2,6 +2,8 @@
 // RGBA floats. The resampler and the spatial enhancer call them through one table that is chosen at run time.
 #pragma once
 
+#include <cstddef>
+
 namespace morvellan
 {
 
@@ -22,9 +24,10 @@ inline constexpr int rowPadding = 16;
 struct LineFunctions
 {
   // target[x] = sum over 6 taps of weight * source[first[x] + tap], for `count` pixels. The weights of a pixel begin at
-  // weights[phase[x]]: 24 floats, each tap's weight four times over. Reads exactly the pixels that the taps name.
-  void (*filterAlongRow)(const float* source, const int* first, const int* phase, const float* weights, int count,
-                         float* target);
+  // weights[phase[x]]: 24 floats, each tap's weight four times over. Reads exactly the pixels that the taps name, and
+  // has those of the row that begins nextRow floats after this one fetched meanwhile.
+  void (*filterAlongRow)(const float* source, std::ptrdiff_t nextRow, const int* first, const int* phase,
+                         const float* weights, int count, float* target);
 
   // target[i] = sum over 6 rows of weights[row] * rows[row][i], for `count` floats. The rows are padded by rowPadding,
   // the target is not. With `stream` the target bypasses the caches; streamFence makes it visible to other threads.

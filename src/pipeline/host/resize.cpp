@@ -41,14 +41,14 @@ StripColumns sortColumns(const std::vector<int>& first, int sourceWidth, int beg
 class RowFilter
 {
 public:
-  RowFilter(const LineFunctions& lines, const FilterAxis& columns, int sourceWidth, int begin, int end)
-      : lines(lines), columns(columns), sourceWidth(sourceWidth),
-        strip(sortColumns(columns.first, sourceWidth, begin, end))
+  RowFilter(const LineFunctions& lines, const FilterAxis& columns, const ConstImageView& image, int begin, int end)
+      : lines(lines), columns(columns), image(image), strip(sortColumns(columns.first, image.width, begin, end))
   {
   }
 
-  void operator()(const float* source, float* target) const
+  void operator()(int row, float* target) const
   {
+    const float* const source = image.row(row);
     filterAtEdge(source, strip.begin, strip.leftEnd, target);
     filter(source, strip.leftEnd, strip.rightBegin, target);
     filterAtEdge(source, strip.rightBegin, strip.end, target);
@@ -57,8 +57,10 @@ public:
 private:
   void filter(const float* source, int begin, int end, float* target) const
   {
-    lines.filterAlongRow(source, columns.first.data() + begin, columns.phase.data() + begin, columns.weights.data(),
-                         end - begin, target + static_cast<std::ptrdiff_t>(begin - strip.begin) * rgba);
+    const std::ptrdiff_t nextRow = image.rowStep / static_cast<std::ptrdiff_t>(sizeof(float));
+    lines.filterAlongRow(source, nextRow, columns.first.data() + begin, columns.phase.data() + begin,
+                         columns.weights.data(), end - begin,
+                         target + static_cast<std::ptrdiff_t>(begin - strip.begin) * rgba);
   }
 
   // The columns whose taps leave a row on one side reach over few source pixels; these are copied with the edge held.
@@ -70,18 +72,18 @@ private:
       const int first = columns.first[static_cast<std::size_t>(x)];
       for (int tap = 0; tap < filterTaps; ++tap)
       {
-        const std::ptrdiff_t at = std::clamp(first + tap, 0, sourceWidth - 1);
+        const std::ptrdiff_t at = std::clamp(first + tap, 0, image.width - 1);
         std::copy_n(source + at * rgba, rgba, held.begin() + static_cast<std::ptrdiff_t>(tap) * rgba);
       }
       constexpr int fromTheStart = 0;
-      lines.filterAlongRow(held.data(), &fromTheStart, &columns.phase[static_cast<std::size_t>(x)],
+      lines.filterAlongRow(held.data(), 0, &fromTheStart, &columns.phase[static_cast<std::size_t>(x)],
                            columns.weights.data(), 1, target + static_cast<std::ptrdiff_t>(x - strip.begin) * rgba);
     }
   }
 
   const LineFunctions& lines;
   const FilterAxis& columns;
-  int sourceWidth;
+  const ConstImageView& image;
   StripColumns strip;
 };
 
@@ -127,7 +129,7 @@ void Resize::resampleTile(int x0, int x1, int y0, int y1, float* scratch) const
   for (int begin = x0; begin < x1; begin += stripWidth)
   {
     const int end = std::min(begin + stripWidth, x1);
-    const RowFilter filterRow(lines, columns, source.width, begin, end);
+    const RowFilter filterRow(lines, columns, source, begin, end);
     int nextRow = 0;  // the first source row that is not in the ring yet
     for (int y = y0; y < y1; ++y)
     {
@@ -135,7 +137,7 @@ void Resize::resampleTile(int x0, int x1, int y0, int y1, float* scratch) const
       const auto held = [&](int row) { return std::clamp(row, 0, source.height - 1); };
       const int last = held(first + filterTaps - 1);
       for (nextRow = std::max(nextRow, held(first)); nextRow <= last; ++nextRow)
-        filterRow(source.row(nextRow), ringRow(nextRow));
+        filterRow(nextRow, ringRow(nextRow));
       std::array<const float*, filterTaps> taps;
       for (int tap = 0; tap < filterTaps; ++tap)
         taps[static_cast<std::size_t>(tap)] = ringRow(held(first + tap));

@@ -70,7 +70,7 @@ struct Row
   std::vector<float> filtered(const LineFunctions& lines, int begin, int count) const
   {
     std::vector<float> target(at(count * rgba + 1), -9.0f);
-    lines.filterAlongRow(source.data(), first.data() + begin, phase.data() + begin, weights.data(), count,
+    lines.filterAlongRow(source.data(), 0, first.data() + begin, phase.data() + begin, weights.data(), count,
                          target.data());
     EXPECT_EQ(target.back(), -9.0f);
     target.pop_back();
