@@ -512,4 +512,16 @@ MORVELLAN_INLINE void finishStreaming()
   hwy::FlushStream();
 }
 
+// Has `count` floats brought into the second-level cache while others are worked on, for memory that is read faster or
+// less evenly than a processor's own prefetch follows. (A fetch into the first level would hold one of its few miss
+// registers until the line has come.) They may lie beyond the memory's end.
+MORVELLAN_INLINE void expect(const float* from, ptrdiff_t count)
+{
+  constexpr int forReading = 0;
+  constexpr int secondLevel = 2;
+  constexpr ptrdiff_t line = 64 / sizeof(float);
+  for (ptrdiff_t i = 0; i < count; i += line)
+    __builtin_prefetch(from + i, forReading, secondLevel);
+}
+
 }  // namespace morvellan::MORVELLAN_TARGET

@@ -55,6 +55,7 @@ MORVELLAN_INLINE void stream(float* at, Real x)
 }
 
 inline void finishStreaming() {}
+MORVELLAN_INLINE void expect(const float*, ptrdiff_t) {}
 MORVELLAN_INLINE Int load(const int* at)
 {
   return *at;

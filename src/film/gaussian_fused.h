@@ -105,7 +105,7 @@ inline constexpr int bandRows = 16;  // rows filtered side by side along their l
 inline constexpr int bandVectors = bandRows / lanes;
 inline constexpr int tileRows = 64;      // rows of a narrow blur's work item
 inline constexpr int longestRunUp = 32;  // of a narrow blur, in rows and columns
-inline constexpr int rowsAhead = 16;     // prefetched by a wide one
+inline constexpr int rowsAhead = 64;     // expected by a wide one
 
 static_assert(longestRunUp <= stripColumns * 2 && tileRows % bandRows == 0);
 
@@ -128,17 +128,17 @@ struct Plane
 
 // Filters the columns [x, x + stripColumns) of `source` for the rows [first, last), with a run-up of `runUp` rows on
 // either side where the plane has them. `tile` is working memory for them and the run-up below, stripColumns floats a
-// row. Samples are prefetched `ahead` floats before they are read, 0 for not at all. done(row, vector, value) gets the
+// row. Samples are expected `ahead` floats before they are read, 0 for not at all. done(row, vector, value) gets the
 // answers, bottom to top.
 template <Samples Kind, typename Done>
 MORVELLAN_INLINE void filterStrip(const GaussianCascade& f, const Plane& source, int x, int first, int last, int runUp,
                                   ptrdiff_t ahead, float* tile, const Done& done)
 {
   const auto sample = [&](int y, int v) { return source.read<Kind>(y, x + v * lanes, f.gain); };
-  const auto expect = [&](int y, int v)
+  const auto expectAfter = [&](int y)
   {
     if (ahead != 0)
-      __builtin_prefetch(source.row(y) + x + v * lanes + ahead);
+      expect(source.row(y) + x + ahead, stripColumns);
   };
   const auto at = [&](int y, int v) { return tile + (y - first) * stripColumns + v * lanes; };
   const CascadeFeedback feedback(f);
@@ -150,23 +150,17 @@ MORVELLAN_INLINE void filterStrip(const GaussianCascade& f, const Plane& source,
     forward[v].start(f, sample(top, v));
   for (int y = top; y < first; ++y)
   {
+    expectAfter(y);
     MORVELLAN_UNROLL
     for (int v = 0; v < stripVectors; ++v)
-    {
-      expect(y, v);
       forward[v].step(feedback, sample(y, v));
-    }
   }
   for (int y = first; y < bottom; ++y)
   {
+    expectAfter(y);
     MORVELLAN_UNROLL
     for (int v = 0; v < stripVectors; ++v)
-    {
-      // The other half is for the way back: a core has only so many misses under way.
-      if (v < stripVectors / 2)
-        expect(y, v);
       store(at(y, v), forward[v].step(feedback, sample(y, v)));
-    }
   }
   CascadeState backward[stripVectors];
   MORVELLAN_UNROLL
@@ -176,21 +170,13 @@ MORVELLAN_INLINE void filterStrip(const GaussianCascade& f, const Plane& source,
   {
     MORVELLAN_UNROLL
     for (int v = 0; v < stripVectors; ++v)
-    {
-      if (v >= stripVectors / 2)
-        expect(y, v);
       backward[v].step(feedback, load(at(y, v)));
-    }
   }
   for (int y = last - 1; y >= first; --y)
   {
     MORVELLAN_UNROLL
     for (int v = 0; v < stripVectors; ++v)
-    {
-      if (v >= stripVectors / 2)
-        expect(y, v);
       done(y, v, backward[v].step(feedback, load(at(y, v))));
-    }
   }
 }
 

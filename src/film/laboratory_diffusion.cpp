@@ -10,8 +10,8 @@
 #include "device/sum.h"
 #include "film/gaussian.h"
 #include "film/gaussian_pair.h"
-#include "film/laboratory_cycles.h"
 #include "film/laboratory_decode.h"
+#include "film/laboratory_pixel.h"
 
 namespace morvellan::MORVELLAN_TARGET
 {
@@ -59,12 +59,6 @@ MORVELLAN_INLINE void inGroups(ptrdiff_t first, int count, const Body& body)
   }
 }
 
-// A pixel's silver and density; `planes` holds them as six planes.
-struct State
-{
-  Rgb density, silver;
-};
-
 // What a pixel's developer is at the start of a cycle: a plane that the exchange is still to be made on, or a constant.
 struct DeveloperOfCycle
 {
@@ -79,8 +73,8 @@ struct DeveloperOfCycle
 
 // One or more cycles, from the state before the first of them, or from the start of the run, to the log of the
 // developer after the last of them. All but the last were run before: they bring the state, which nobody stored, up to
-// date.
-template <typename Cycle>
+// date. Pixel is one of laboratory_pixel.h.
+template <typename Pixel>
 struct develop_cycles
 {
   const float* exposure;
@@ -90,14 +84,15 @@ struct develop_cycles
   float* density;  // set in the run's last cycle
   int cycles;
   std::array<DeveloperOfCycle, labCycles> developers;
-  float retained, rate;
-  float silver[3];
+  float retained;
+  LabSchedule schedule;
 
   MORVELLAN_KERNEL void operator()(ptrdiff_t first, int count) const
   {
     inGroups(first, count,
              [&]<int Groups>(const Pixels(&at)[Groups])
              {
+               expectAfter<Groups>(at[0]);
                Rgb e[Groups];
                for (int k = 0; k < Groups; ++k)
                  e[k] = loadRgb(exposure, at[k]);
@@ -105,60 +100,109 @@ struct develop_cycles
              });
   }
 
+  void finish() const { finishStreaming(); }
+
   template <int Groups>
   MORVELLAN_INLINE void develop(const Pixels (&at)[Groups], const Rgb (&e)[Groups]) const
   {
-    State s[Groups];
+    Pixel pixels[Groups];
     Real left[Groups];
-    MORVELLAN_UNROLL
-    for (int k = 0; k < Groups; ++k)
-      s[k] = loads ? loaded(at[k]) : start();
-    for (int i = 0; i < cycles; ++i)
+    int cycle = 0;
+    if (loads)
     {
       MORVELLAN_UNROLL
       for (int k = 0; k < Groups; ++k)
-        left[k] = Cycle::develop(rate, e[k], s[k].density, s[k].silver,
-                                 developers[static_cast<size_t>(i)].at(at[k], retained));
+        pixels[k].resume(schedule, e[k], loadPlanes(at[k], 0), loadPlanes(at[k], 3));
+    }
+    else
+    {
+      MORVELLAN_UNROLL
+      for (int k = 0; k < Groups; ++k)
+      {
+        pixels[k].begin(schedule, e[k]);
+        left[k] = pixels[k].firstCycle(schedule);
+      }
+      cycle = 1;
+      if (cycles > 1)
+      {
+        meet(1, at, pixels);
+        MORVELLAN_UNROLL
+        for (int k = 0; k < Groups; ++k)
+          left[k] = pixels[k].secondCycle(schedule);
+        cycle = 2;
+      }
+    }
+    for (; cycle + 1 < cycles; ++cycle)
+    {
+      meet(cycle, at, pixels);
+      MORVELLAN_UNROLL
+      for (int k = 0; k < Groups; ++k)
+        pixels[k].cycle(schedule);
+    }
+    if (cycle < cycles)
+      meet(cycle, at, pixels);
+    if (density)
+    {
+      MORVELLAN_UNROLL
+      for (int k = 0; k < Groups; ++k)
+        storeRgb(density, at[k], pixels[k].developed(schedule));
+      return;
     }
     MORVELLAN_UNROLL
     for (int k = 0; k < Groups; ++k)
+      log.write(at[k], developerLog(cycle < cycles ? pixels[k].cycle(schedule) : left[k]));
+    if (!saves)
+      return;
+    MORVELLAN_UNROLL
+    for (int k = 0; k < Groups; ++k)
     {
-      if (density)
-        storeRgb(density, at[k], s[k].density);
-      else
-        log.write(at[k], developerLog(left[k]));
-      if (saves)
-        save(at[k], s[k]);
+      storePlanes(at[k], 0, pixels[k].density);
+      storePlanes(at[k], 3, pixels[k].silver);
     }
   }
 
-  void finish() const { finishStreaming(); }
-
-  MORVELLAN_INLINE State start() const
+private:
+  // The developer that the pixels have at the start of a cycle.
+  template <int Groups>
+  MORVELLAN_INLINE void meet(int cycle, const Pixels (&at)[Groups], Pixel (&pixels)[Groups]) const
   {
-    const Real first = Real(labFirstDensity);
-    return {{first, first, first}, {Real(silver[0] * rate), Real(silver[1] * rate), Real(silver[2] * rate)}};
+    const DeveloperOfCycle developer = developers[static_cast<size_t>(cycle)];
+    MORVELLAN_UNROLL
+    for (int k = 0; k < Groups; ++k)
+      pixels[k].developer = developer.at(at[k], retained);
   }
 
-  MORVELLAN_INLINE State loaded(Pixels at) const
+  // The memory of pixels to come, as much as `Groups` groups are.
+  template <int Groups>
+  MORVELLAN_INLINE void expectAfter(const Pixels& at) const
   {
-    return {{loadPlane(planes[0], at), loadPlane(planes[1], at), loadPlane(planes[2], at)},
-            {loadPlane(planes[3], at), loadPlane(planes[4], at), loadPlane(planes[5], at)}};
+    constexpr ptrdiff_t ahead = 4096;
+    constexpr ptrdiff_t pixels = Groups * lanes;
+    const ptrdiff_t next = at.index + ahead;
+    expect(exposure + next * 3, pixels * 3);
+    for (int i = 0; i < cycles; ++i)
+      if (const float* plane = developers[static_cast<size_t>(i)].plane)
+        expect(plane + next, pixels);
+    if (loads || saves)
+      for (const float* plane : planes)
+        expect(plane + next, pixels);
   }
 
-  MORVELLAN_INLINE void save(Pixels at, const State& s) const
+  MORVELLAN_INLINE Rgb loadPlanes(Pixels at, size_t first) const
   {
-    storePlane(planes[0], at, s.density.r);
-    storePlane(planes[1], at, s.density.g);
-    storePlane(planes[2], at, s.density.b);
-    storePlane(planes[3], at, s.silver.r);
-    storePlane(planes[4], at, s.silver.g);
-    storePlane(planes[5], at, s.silver.b);
+    return {loadPlane(planes[first], at), loadPlane(planes[first + 1], at), loadPlane(planes[first + 2], at)};
+  }
+
+  MORVELLAN_INLINE void storePlanes(Pixels at, size_t first, Rgb p) const
+  {
+    storePlane(planes[first], at, p.r);
+    storePlane(planes[first + 1], at, p.g);
+    storePlane(planes[first + 2], at, p.b);
   }
 };
 
 // film_lab_init and the first cycle.
-template <typename Cycle>
+template <typename Pixel>
 struct develop_first_cycle
 {
   const float* source;
@@ -166,11 +210,12 @@ struct develop_first_cycle
   float* alpha;
   int channels;
   FilmEntry entry;
-  develop_cycles<Cycle> cycle;
+  develop_cycles<Pixel> cycle;
 
   MORVELLAN_KERNEL void operator()(ptrdiff_t first, int count) const
   {
-    const Rgb silver = {Real(cycle.silver[0]), Real(cycle.silver[1]), Real(cycle.silver[2])};
+    const float* stored = cycle.schedule.silver;
+    const Rgb silver = {Real(stored[0]), Real(stored[1]), Real(stored[2])};
 #ifndef MORVELLAN_TARGET_IS_CUDA
     Block block;
     ExposureDecode{.source = source, .exposure = exposure, .alpha = alpha, .channels = channels, .entry = entry}(
@@ -327,17 +372,27 @@ private:
   // A diffused developer stays near the tank's, far from the consumption's upper bound, unless pixels gain.
   void develop(int cycle, bool saves)
   {
-    if (process.retained > 1.0f)
-      developAs<BoundedCycle>(cycle, saves);
+    if (isLean(process, settings.concentration))
+      developAs<LeanPixel>(cycle, saves);
     else
-      developAs<FactoredCycle>(cycle, saves);
+      developAs<BoundedPixel>(cycle, saves);
   }
 
-  template <typename Cycle>
+  LabSchedule schedule() const
+  {
+    LabSchedule s{};
+    s.concentration = settings.concentration;
+    s.rate = process.rate;
+    std::copy_n(settings.silver, 3, s.silver);
+    s.units = developerUnits(settings.concentration, process.rate, settings.silver);
+    return s;
+  }
+
+  template <typename Pixel>
   void developAs(int cycle, bool saves)
   {
     const bool last = cycle + 1 == labCycles;
-    develop_cycles<Cycle> cycles{.exposure = frame.exposure,
+    develop_cycles<Pixel> cycles{.exposure = frame.exposure,
                                  .planes = statePlanes,
                                  .loads = stored,
                                  .saves = saves,
@@ -346,8 +401,7 @@ private:
                                  .cycles = static_cast<int>(pending.size()),
                                  .developers = {},
                                  .retained = process.retained,
-                                 .rate = process.rate,
-                                 .silver = {settings.silver[0], settings.silver[1], settings.silver[2]}};
+                                 .schedule = schedule()};
     std::copy(pending.begin(), pending.end(), cycles.developers.begin());
     const Runs shape = runs(frame.width, frame.height);
     if (cycle > 0)
@@ -359,7 +413,7 @@ private:
                 frame.channels == 4 ? "film_lab_init+develop_cuda+film_lab_diffuse_reset_pfe"
                                     : "film_lab_init_RGB+develop_cuda+film_lab_diffuse_reset_pfe",
                 shape,
-                develop_first_cycle<Cycle>{.source = frame.source,
+                develop_first_cycle<Pixel>{.source = frame.source,
                                            .exposure = frame.exposure,
                                            .alpha = frame.alpha,
                                            .channels = frame.channels,

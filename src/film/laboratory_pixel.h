@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "film/laboratory_cycles.h"
+#include "film/laboratory_kernels.h"
 
 namespace morvellan::MORVELLAN_TARGET
 {
@@ -59,8 +59,9 @@ inline DeveloperUnits developerUnits(float concentration, float rate, const floa
 
 // Both forms: begin with an exposure; firstCycle, secondCycle, then cycle for each other, return the developer before
 // the exchange, and `developer` is to be set to what it is after; developed gives the density after the last cycle.
+// Between cycles density and silver may be stored, and a pixel resumed with them and its exposure.
 
-// With the bounds of the kernels: for exchanges in which pixels may gain.
+// With the bounds of the kernels: for exchanges in which pixels may gain. Silver is kept times the rate.
 struct BoundedPixel
 {
   Rgb exposure, density, silver;
@@ -74,11 +75,21 @@ struct BoundedPixel
     silver = {Real(s.silver[0] * s.rate), Real(s.silver[1] * s.rate), Real(s.silver[2] * s.rate)};
     developer = Real(s.concentration);
   }
+  MORVELLAN_INLINE void resume(const LabSchedule&, Rgb e, Rgb storedDensity, Rgb storedSilver)
+  {
+    exposure = e;
+    density = storedDensity;
+    silver = storedSilver;
+  }
   MORVELLAN_INLINE Real firstCycle(const LabSchedule& s) { return cycle(s); }
   MORVELLAN_INLINE Real secondCycle(const LabSchedule& s) { return cycle(s); }
   MORVELLAN_INLINE Real cycle(const LabSchedule& s)
   {
-    return BoundedCycle::develop(s.rate, exposure, density, silver, developer);
+    const float silverUse = labSilverUse * s.rate;
+    const Real r = developChannel(exposure.r, density.r, silver.r, developer, 1.0f, silverUse);
+    const Real g = developChannel(exposure.g, density.g, silver.g, developer, 1.0f, silverUse);
+    const Real b = developChannel(exposure.b, density.b, silver.b, developer, 1.0f, silverUse);
+    return max(fma((r + g) + b, Real(-labDeveloperUse), developer), Real(0.0f));
   }
   MORVELLAN_INLINE Rgb developed(const LabSchedule&) const
   {
@@ -101,6 +112,13 @@ struct LeanPixel
     developer = Real(s.concentration);
   }
 
+  MORVELLAN_INLINE void resume(const LabSchedule& s, Rgb e, Rgb storedDensity, Rgb storedSilver)
+  {
+    expose(s, e);
+    density = storedDensity;
+    silver = storedSilver;
+  }
+
   MORVELLAN_INLINE Real firstCycle(const LabSchedule& s)
   {
     const DeveloperUnits& u = s.units;
@@ -117,8 +135,7 @@ struct LeanPixel
     const DeveloperUnits& u = s.units;
     const Rgb light = {exposure.r * Real(u.secondExposure[0]), exposure.g * Real(u.secondExposure[1]),
                        exposure.b * Real(u.secondExposure[2])};
-    const Real unit = Real(u.exposure);
-    exposure = {exposure.r * unit, exposure.g * unit, exposure.b * unit};
+    expose(s, exposure);
     return left({taken(light.r, density.r, silver.r), taken(light.g, density.g, silver.g),
                  taken(light.b, density.b, silver.b)});
   }
@@ -138,6 +155,12 @@ struct LeanPixel
   }
 
 private:
+  MORVELLAN_INLINE void expose(const LabSchedule& s, Rgb e)
+  {
+    const Real unit = Real(s.units.exposure);
+    exposure = {e.r * unit, e.g * unit, e.b * unit};
+  }
+
   // Grows the density and takes silver, none of it where a cycle before took more than there was.
   MORVELLAN_INLINE Real taken(Real light, Real& d, Real& store) const
   {

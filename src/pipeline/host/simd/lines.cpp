@@ -58,12 +58,8 @@ void filterAlongRow(const float* source, ptrdiff_t nextRow, const int* first, co
   int x = 0;
   for (; x + stretch <= count; x += stretch)
   {
-    // Into the second-level cache: a fetch into the first holds one of its few miss registers until the line has come.
-    constexpr int forReading = 0;
-    constexpr int secondLevel = 2;
-    constexpr ptrdiff_t line = 64 / sizeof(float);
-    for (const float* ahead = tapsOf(x) + nextRow; ahead < tapsOf(x + stretch - 1) + nextRow; ahead += line)
-      __builtin_prefetch(ahead, forReading, secondLevel);
+    const float* const begin = tapsOf(x) + nextRow;
+    expect(begin, tapsOf(x + stretch - 1) + nextRow - begin);
     for (int i = x; i < x + stretch; i += 2)
       storeTwo(TapTag(), pixel(i), pixel(i + 1), target + static_cast<ptrdiff_t>(i) * rgba);
   }
