@@ -1,5 +1,7 @@
 // The tool renders pictures and sequences through a plug-in: values, order of edits, projects, formats, metadata.
 #include <cmath>
+#include <set>
+#include <sstream>
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -148,6 +150,63 @@ TEST_F(RenderTest, RendersAStillAtSeveralTimes)
   const ToolRun run = runTool({path("in.exr"), "-o", path("y.%03d.exr"), "--frames", "-1-1", "--device", "cpu"});
   EXPECT_EQ(run.exitCode, 0) << run.err;
   EXPECT_THAT(files(), testing::IsSupersetOf({"y.-001.exr", "y.000.exr", "y.001.exr"}));
+}
+
+// The actions that a plug-in got, without the queries between them that a host may leave out.
+std::vector<std::string> actionsIn(const std::string& told)
+{
+  const std::set<std::string> optional{"OfxImageEffectActionGetClipPreferences", "OfxImageEffectActionGetTimeDomain",
+                                       "OfxImageEffectActionGetRegionOfDefinition",
+                                       "OfxImageEffectActionGetRegionsOfInterest",
+                                       "OfxImageEffectActionGetFramesNeeded"};
+  std::vector<std::string> actions;
+  std::istringstream lines(told);
+  for (std::string line; std::getline(lines, line);)
+  {
+    if (line.starts_with("Ofx") && !optional.contains(line))
+    {
+      actions.push_back(line);
+    }
+  }
+  return actions;
+}
+
+TEST_F(RenderTest, SendsItsActionsInTheOrderOfAHost)
+{
+  const std::vector<std::string> head{"OfxActionLoad",
+                                      "OfxActionDescribe",
+                                      "OfxImageEffectActionDescribeInContext",
+                                      "OfxActionCreateInstance",
+                                      "OfxActionBeginInstanceChanged",
+                                      "OfxActionInstanceChanged",
+                                      "OfxActionEndInstanceChanged"};
+  const std::vector<std::string> frame{"OfxImageEffectActionIsIdentity", "OfxImageEffectActionRender"};
+  const std::vector<std::string> tail{"OfxImageEffectActionEndSequenceRender", "OfxActionDestroyInstance",
+                                      "OfxActionUnload"};
+  const auto expected = [&](const std::vector<std::string>& edits, int frames)
+  {
+    std::vector<std::string> all = head;
+    all.insert(all.end(), edits.begin(), edits.end());
+    all.emplace_back("OfxImageEffectActionBeginSequenceRender");
+    for (int i = 0; i < frames; ++i)
+    {
+      all.insert(all.end(), frame.begin(), frame.end());
+    }
+    all.insert(all.end(), tail.begin(), tail.end());
+    return all;
+  };
+  const ToolSetting telling{.environment = {{"BAD_PLUGIN_TELLS", "1"}}};
+  const std::vector<std::string> still{path("in.exr"), "-o",  path("y.#.exr"), "--frames", "1-2",
+                                       "--device",     "cpu", "--quiet",       "--set",    "Gain=2"};
+  const ToolRun run = runTool(still, telling);
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_EQ(actionsIn(run.err), expected({}, 2));
+  // A frame that fails ends the sequence all the same.
+  std::vector<std::string> failing = still;
+  failing.insert(failing.end(), {"--set", "Mode=Fail"});
+  const ToolRun failed = runTool(failing, telling);
+  EXPECT_EQ(failed.exitCode, 1);
+  EXPECT_EQ(actionsIn(failed.err), expected({head.end() - 3, head.end()}, 1));
 }
 
 TEST_F(RenderTest, MakesTheFolderOfTheOutput)

@@ -57,7 +57,8 @@ inline void drain(int pipe, std::string& text)
 
 [[noreturn]] inline void becomeTool(const std::vector<std::string>& arguments, const ToolSetting& setting)
 {
-  for (const char* const inherited : {"MORVELLAN_DEVICE", "MORVELLAN_THREADS", "MORVELLAN_TRACE", "BAD_PLUGIN"})
+  for (const char* const inherited :
+       {"MORVELLAN_DEVICE", "MORVELLAN_THREADS", "MORVELLAN_TRACE", "BAD_PLUGIN", "BAD_PLUGIN_TELLS"})
   {
     unsetenv(inherited);
   }

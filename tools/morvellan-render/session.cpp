@@ -48,6 +48,25 @@ void requireNone(const std::vector<std::string>& errors, const std::string& othe
   }
 }
 
+// A render of a sequence as the plug-in is told of it; a frame that fails ends it too.
+class RenderedSequence
+{
+public:
+  RenderedSequence(host::EffectInstance& instance, OfxRangeD frames, double step)
+      : instance_(instance), frames_(frames), step_(step)
+  {
+    instance_.beginSequence(frames_, step_);
+  }
+  ~RenderedSequence() { instance_.endSequence(frames_, step_); }
+  RenderedSequence(const RenderedSequence&) = delete;
+  RenderedSequence& operator=(const RenderedSequence&) = delete;
+
+private:
+  host::EffectInstance& instance_;
+  const OfxRangeD frames_;
+  const double step_;
+};
+
 }  // namespace
 
 Session::Session(const Options& options, const std::filesystem::path& bundle, Progress& progress)
@@ -268,7 +287,7 @@ void Session::render()
   watchForInterrupts();
   const OfxRangeD range{static_cast<double>(jobs_.front().time), static_cast<double>(jobs_.back().time)};
   const double step = jobs_.size() > 1 ? static_cast<double>(jobs_[1].time) - jobs_[0].time : 1.0;
-  instance_->beginSequence(range, step);
+  const RenderedSequence sequence(*instance_, range, step);
   progress_.start(jobs_.size());
   // The next picture is read and the last one written while a frame renders.
   std::future<Picture> next;
@@ -306,7 +325,6 @@ void Session::render()
     }
   }
   progress_.finish();
-  instance_->endSequence(range, step);
 }
 
 void Session::saveProject() const

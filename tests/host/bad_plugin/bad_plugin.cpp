@@ -1,5 +1,7 @@
-// A small gain effect that behaves, until the environment variable BAD_PLUGIN names a misuse for it to commit.
+// A small gain effect that behaves, until the environment variable BAD_PLUGIN names a misuse for it to commit. With
+// BAD_PLUGIN_TELLS set it prints every action.
 // Tests of the host load it to see that good behaviour passes and that each misuse is caught.
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -522,6 +524,10 @@ OfxStatus changed(OfxImageEffectHandle effect, OfxPropertySetHandle in)
 OfxStatus mainEntry(const char* action, const void* handle, OfxPropertySetHandle in, OfxPropertySetHandle out)
 {
   const std::string_view name(action);
+  if (std::getenv("BAD_PLUGIN_TELLS") != nullptr)
+  {
+    std::fprintf(stderr, "%s\n", action);
+  }
   auto* const effect = static_cast<OfxImageEffectHandle>(const_cast<void*>(handle));
   if (name == kOfxActionLoad)
   {

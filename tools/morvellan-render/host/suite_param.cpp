@@ -1,18 +1,16 @@
-// The parameter suite: definition, handles, values read and written through variable arguments, keys, edit blocks.
+// The parameter suite: definition, handles, values read and written through variable arguments, edit blocks.
 #include <cmath>
 #include <cstdarg>
-#include <iterator>
 #include <optional>
 
 #include <fmt/format.h>
 
 #include "host/action_scope.h"
 #include "host/host.h"
+#include "host/suite_param.h"
 #include "host/suites.h"
 
 namespace morvellan::host
-{
-namespace
 {
 
 Param* livingParam(OfxParamHandle handle, const char* call)
@@ -31,7 +29,6 @@ Param* livingParam(OfxParamHandle handle, const char* call)
   return param;
 }
 
-// A living parameter that has a value.
 Param* valueParam(OfxParamHandle handle, const char* call)
 {
   Param* const param = livingParam(handle, call);
@@ -42,6 +39,22 @@ Param* valueParam(OfxParamHandle handle, const char* call)
   }
   return param;
 }
+
+void requireWritable(const Param& param, const char* call)
+{
+  const ActionScope* const scope = ActionScope::current();
+  if (scope != nullptr && scope->action() == kOfxImageEffectActionRender &&
+      Host::current().traits().writableInRender.contains(param.name()))
+  {
+    return;
+  }
+  requireAction(fmt::format("{}({})", call, param.name()),
+                {kOfxActionCreateInstance, kOfxActionInstanceChanged, kOfxActionBeginInstanceChanged,
+                 kOfxActionEndInstanceChanged, kOfxActionSyncPrivateData});
+}
+
+namespace
+{
 
 ParamSet* livingSet(OfxParamSetHandle handle, const char* call)
 {
@@ -239,19 +252,6 @@ std::optional<ParamValue> writtenValue(const Param& param, va_list arguments)
   return value;
 }
 
-bool mayWriteNow(const Param& param, const char* call)
-{
-  const ActionScope* const scope = ActionScope::current();
-  if (scope != nullptr && scope->action() == kOfxImageEffectActionRender &&
-      Host::current().traits().writableInRender.contains(param.name()))
-  {
-    return true;
-  }
-  return requireAction(fmt::format("{}({})", call, param.name()),
-                       {kOfxActionCreateInstance, kOfxActionInstanceChanged, kOfxActionBeginInstanceChanged,
-                        kOfxActionEndInstanceChanged, kOfxActionSyncPrivateData});
-}
-
 OfxStatus writeValue(Param& param, double time, bool asKey, const char* call, va_list arguments)
 {
   const std::optional<ParamValue> value = writtenValue(param, arguments);
@@ -260,7 +260,7 @@ OfxStatus writeValue(Param& param, double time, bool asKey, const char* call, va
     reportMisuse(fmt::format("{}({}): the text is null", call, param.name()));
     return kOfxStatErrValue;
   }
-  mayWriteNow(param, call);
+  requireWritable(param, call);
   if (const std::string complaint = param.complaintAbout(*value); !complaint.empty())
   {
     if (Host::current().traits().reportOutOfRange)
@@ -322,119 +322,6 @@ OfxStatus paramSetValueAtTime(OfxParamHandle handle, OfxTime time, ...)
   const OfxStatus status = writeValue(*param, time, animates, "paramSetValueAtTime", arguments);
   va_end(arguments);
   return status;
-}
-
-// The host computes no derivatives and integrals, as the interface allows.
-OfxStatus paramGetDerivative(OfxParamHandle handle, OfxTime /*time*/, ...)
-{
-  return valueParam(handle, "paramGetDerivative") == nullptr ? kOfxStatErrBadHandle : kOfxStatErrUnsupported;
-}
-
-OfxStatus paramGetIntegral(OfxParamHandle handle, OfxTime /*from*/, OfxTime /*to*/, ...)
-{
-  return valueParam(handle, "paramGetIntegral") == nullptr ? kOfxStatErrBadHandle : kOfxStatErrUnsupported;
-}
-
-OfxStatus paramGetNumKeys(OfxParamHandle handle, unsigned int* count)
-{
-  const Param* const param = valueParam(handle, "paramGetNumKeys");
-  if (param == nullptr || count == nullptr)
-  {
-    return kOfxStatErrBadHandle;
-  }
-  *count = static_cast<unsigned int>(param->keys().size());
-  return kOfxStatOK;
-}
-
-OfxStatus paramGetKeyTime(OfxParamHandle handle, unsigned int nth, OfxTime* time)
-{
-  const Param* const param = valueParam(handle, "paramGetKeyTime");
-  if (param == nullptr || time == nullptr)
-  {
-    return kOfxStatErrBadHandle;
-  }
-  const auto keys = param->keys();
-  if (nth >= keys.size())
-  {
-    reportMisuse(fmt::format("paramGetKeyTime({}): key {} of {}", param->name(), nth, keys.size()));
-    return kOfxStatErrBadIndex;
-  }
-  *time = std::next(keys.begin(), nth)->first;
-  return kOfxStatOK;
-}
-
-OfxStatus paramGetKeyIndex(OfxParamHandle handle, OfxTime time, int direction, int* index)
-{
-  const Param* const param = valueParam(handle, "paramGetKeyIndex");
-  if (param == nullptr || index == nullptr)
-  {
-    return kOfxStatErrBadHandle;
-  }
-  const auto keys = param->keys();
-  auto found = keys.find(time);
-  if (direction > 0)
-  {
-    found = keys.upper_bound(time);
-  }
-  else if (direction < 0)
-  {
-    const auto notBefore = keys.lower_bound(time);
-    found = notBefore == keys.begin() ? keys.end() : std::prev(notBefore);
-  }
-  if (found == keys.end())
-  {
-    return kOfxStatFailed;
-  }
-  *index = static_cast<int>(std::distance(keys.begin(), found));
-  return kOfxStatOK;
-}
-
-OfxStatus paramDeleteKey(OfxParamHandle handle, OfxTime time)
-{
-  Param* const param = valueParam(handle, "paramDeleteKey");
-  if (param == nullptr)
-  {
-    return kOfxStatErrBadHandle;
-  }
-  mayWriteNow(*param, "paramDeleteKey");
-  return param->removeKey(time) ? kOfxStatOK : kOfxStatErrBadIndex;
-}
-
-OfxStatus paramDeleteAllKeys(OfxParamHandle handle)
-{
-  Param* const param = valueParam(handle, "paramDeleteAllKeys");
-  if (param == nullptr)
-  {
-    return kOfxStatErrBadHandle;
-  }
-  mayWriteNow(*param, "paramDeleteAllKeys");
-  param->removeKeys();
-  return kOfxStatOK;
-}
-
-OfxStatus paramCopy(OfxParamHandle toHandle, OfxParamHandle fromHandle, OfxTime offset, const OfxRangeD* range)
-{
-  Param* const to = valueParam(toHandle, "paramCopy");
-  const Param* const from = valueParam(fromHandle, "paramCopy");
-  if (to == nullptr || from == nullptr)
-  {
-    return kOfxStatErrBadHandle;
-  }
-  mayWriteNow(*to, "paramCopy");
-  if (to->kind() != from->kind())
-  {
-    reportMisuse(fmt::format("paramCopy({}, {}): the kinds differ", to->name(), from->name()));
-    return kOfxStatErrValue;
-  }
-  to->setValue(from->value());
-  for (const auto& [time, value] : from->keys())
-  {
-    if (range == nullptr || (time >= range->min && time <= range->max))
-    {
-      to->setKey(time + offset, value);
-    }
-  }
-  return kOfxStatOK;
 }
 
 OfxStatus paramEditBegin(OfxParamSetHandle handle, const char* name)
