@@ -116,6 +116,13 @@ TEST_F(MetadataTest, AnExposureInTiffLeavesThePictureWhole)
   EXPECT_EQ(load(path("out.tif")).values, halves);
 }
 
+TEST_F(MetadataTest, JpegKeepsColoursResolution)
+{
+  save(path("in.exr"), described(TypeDesc::FLOAT));
+  EXPECT_EQ(textOf(rendered("in.exr", "once.jpg"), "jpeg:subsampling"), "4:4:4");
+  EXPECT_EQ(textOf(rendered("once.jpg", "twice.jpg"), "jpeg:subsampling"), "4:4:4");
+}
+
 TEST_F(MetadataTest, APngTellsATimeCodeThatDropsFrames)
 {
   save(path("in.exr"), described(TypeDesc::FLOAT, 0x23595829 | 0x40));

@@ -162,6 +162,10 @@ ImageSpec carriedHeader(const ImageSpec& header, const std::string& from, const 
   {
     carried.attribute("tiff:half", 1);  // the library would write float
   }
+  if (format == "jpeg")
+  {
+    carried.attribute("jpeg:subsampling", "4:4:4");  // the library would halve colour's resolution
+  }
   if (bits == 10)
   {
     carried.attribute("oiio:BitsPerSample", 10);
