@@ -12,8 +12,7 @@ namespace
 
 HueWindow makeWindow(const BandSettings& band)
 {
-  // Without a width the tent is nothing but its middle, where 0 times infinity counts as outside.
-  return {.fromMiddle = std::fmod(band.hue, 6.0f) - 2.0f, .perWidth = std::max(0.0f, 1.0f / band.width)};
+  return {.fromMiddle = std::fmod(band.hue, 6.0f) - 2.0f, .perWidth = band.width > 0.0f ? 1.0f / band.width : 0.0f};
 }
 
 SaturationBand makeSaturation(const BandSettings& band)

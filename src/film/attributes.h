@@ -55,11 +55,12 @@ struct RefinementSettings
 inline constexpr int soupRefinements = 11;
 inline constexpr int printRefinements = 6;
 
-// A band's window over hue: a tent of height 1 over x = 2, x being (hue + centre) modulo 6.
+// A band's window over hue: a tent of height 1 over x = 2, x being (hue + centre) modulo 6. Without a width it is 1 for
+// every x beyond 2, which is what a quotient by 0 comes to within its bounds.
 struct HueWindow
 {
   float fromMiddle = 0.0f;  // centre - 2
-  float perWidth = 1.0f;    // of the half-width; infinite without one
+  float perWidth = 1.0f;    // of the half-width; 0 without one
 };
 
 struct SaturationBand

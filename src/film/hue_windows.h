@@ -78,8 +78,10 @@ MORVELLAN_INLINE HueSectors sectorsOf(Real hue)
 MORVELLAN_INLINE Real weightOf(const HueWindow& w, Real hue)
 {
   const Real x = hue + Real(w.fromMiddle);
-  const Real away = abs(select(x >= Real(4.0f), x - Real(6.0f), x));
-  return max(Real(1.0f) - away * Real(w.perWidth), Real(0.0f));
+  const Real past = select(x >= Real(4.0f), x - Real(6.0f), x);
+  if (w.perWidth == 0.0f)
+    return select(past > Real(0.0f), Real(1.0f), Real(0.0f));
+  return max(Real(1.0f) - abs(past) * Real(w.perWidth), Real(0.0f));
 }
 
 MORVELLAN_INLINE Real smooth(Real t)

@@ -327,6 +327,27 @@ ENGINE_TEST(Attributes, HueBandWithoutWidthDoesNothing)
   expectNear(pixelBy(engineOf(block), {0.2f, 0.6f, 0.4f}), {0.2f, 0.6f, 0.4f}, 1e-6f);
 }
 
+// A band of saturation without a width, as the last refinement may have: (x - 2) / 0 is held to [0, 1], so that all
+// hues past the middle have weight 1, and the middle itself, 0 / 0, has none.
+ENGINE_TEST(Attributes, SaturationBandWithoutWidthActsOnAllHuesPastItsMiddle)
+{
+  const RefinementSettings twelfth{.live = true,
+                                   .saturation = {.live = true, .hue = 2.0f, .width = 0.0f, .strength = 0.0f}};
+  const AttributeEngine engine = makeAttributeEngine({}, true, std::span(&twelfth, 1));
+  const Pixel past[] = {{0.6f, 0.2f, 0.1f}, {0.6f, 0.6f, 0.1f}, {0.1f, 0.6f, 0.1f}, {0.1f, 0.2f, 0.6f}};
+  for (const Pixel& p : past)
+  {
+    const Pixel r = pixelBy(engine, p);
+    EXPECT_NEAR(r[0], r[1], 2e-5f);
+    EXPECT_NEAR(r[1], r[2], 2e-5f);
+    EXPECT_GT(std::fabs(r[0] - p[0]), 0.02f);
+  }
+  // Red at the middle, blue two thirds of the circle away, and what is between them.
+  for (const Pixel& p :
+       {Pixel{0.6f, 0.1f, 0.1f}, Pixel{0.1f, 0.1f, 0.6f}, Pixel{0.2f, 0.1f, 0.6f}, Pixel{0.6f, 0.1f, 0.5f}})
+    expectNear(pixelBy(engine, p), p, 2e-5f);
+}
+
 ENGINE_TEST(Attributes, OnlyLiveRefinementsCount)
 {
   std::vector<RefinementSettings> refinements = settings::refinements(soupRefinements);
