@@ -9,7 +9,7 @@ namespace morvellan::MORVELLAN_TARGET
 namespace
 {
 
-constexpr double e = 2.71828182845904524;
+constexpr double e = 2.71828175f;  // as a float
 
 // log(stretch * v + 1) / log(stretch + 1) takes 0 to 0 and 1 to 1.
 float logScale(float stretch)

@@ -133,6 +133,60 @@ ENGINE_TEST(Soup, BleachByValueWithAndWithoutTone)
              4e-6f);
 }
 
+// All steps at once, in their order: cast and tints, the attributes in both zones with eleven refinements, the curves,
+// silver and the density. The plain member has no vectors.
+ENGINE_TEST(Soup, EveryStepOfEachMemberByValue)
+{
+  SoupSettings s = defaults();
+  const ZoneSettings zones = settings::zone(1, true);
+  const std::vector<RefinementSettings> refinements = settings::refinements(soupRefinements, zones);
+  s.cast = {.live = true, .row = 45, .greenMagenta = 0.1f, .redCyan = -0.1f};
+  s.attributes = settings::everyAttribute(zones);
+  s.refine = true;
+  s.refinements = refinements;
+  s.tone = settings::everyTone();
+  s.silver = retained();
+  struct Row
+  {
+    const char* kernel;
+    bool tone;
+    Values expected;
+  };
+  const Row rows[] = {
+      {"film_soup_cuda_out",
+       true,
+       {0.1835654f, 0.1872073f, 0.2111487f, 0.2556036f, 0.2613097f, 0.2346707f, 0.1597797f, 0.2725290f, 0.3980023f,
+        0.1300128f, 0.1052183f, 0.1749316f}},
+      {"film_soup_cuda_out",
+       false,
+       {0.3108318f, 0.3101822f, 0.3100191f, 0.3686856f, 0.3460812f, 0.3427840f, 0.2864011f, 0.3506838f, 0.4430356f,
+        0.2497106f, 0.2490677f, 0.2498870f}},
+      {"film_soup_cuda_out_hue_chr_vib",
+       true,
+       {0.1847625f, 0.1885869f, 0.2115147f, 0.3184689f, 0.2608292f, 0.2319032f, 0.1661155f, 0.1592155f, 0.5399581f,
+        0.1249839f, 0.0991185f, 0.1709929f}},
+      {"film_soup_cuda_out_hue_chr_vib",
+       false,
+       {0.3119772f, 0.3109628f, 0.3105659f, 0.4046866f, 0.3458839f, 0.3391802f, 0.2932484f, 0.2932484f, 0.4787073f,
+        0.2425230f, 0.2418945f, 0.2425172f}},
+      {"film_soup_cuda_out_bleach",
+       true,
+       {0.1463672f, 0.1470082f, 0.1819664f, 0.4209151f, 0.3767952f, 0.3085469f, 0.0929000f, 0.0929000f, 0.5609917f,
+        0.0929000f, 0.0929000f, 0.0929000f}},
+      {"film_soup_cuda_out_bleach",
+       false,
+       {0.2926197f, 0.2896607f, 0.2922702f, 0.4564072f, 0.4136162f, 0.3877834f, 0.1075430f, 0.0929000f, 0.4816169f,
+        0.0929000f, 0.0929000f, 0.0929000f}},
+  };
+  const Values probes{0.18f, 0.18f, 0.18f, 1.0f, 0.2f, 0.05f, 0.1f, 0.6f, 2.0f, 0.05f, 0.02f, 0.09f};
+  for (const Row& row : rows)
+  {
+    SCOPED_TRACE(testing::Message() << row.kernel << ", tone " << row.tone);
+    s.tone.live = row.tone;
+    expectNear(codes(row.kernel, s, probes), row.expected, 4e-6f);
+  }
+}
+
 ENGINE_TEST(Soup, BlackPassesCastAndTintsAndTakesTheDensity)
 {
   SoupSettings s = defaults();
@@ -249,7 +303,7 @@ ENGINE_TEST(Soup, BadLightStaysInItsPixel)
   SoupSettings s = defaults();
   s.attributes = settings::everyAttribute(settings::zone(1, true));
   s.silver = retained();
-  for (const char* kernel : {"film_soup_cuda_out_hue_chr_vib", "film_soup_cuda_out_bleach"})
+  for (const char* kernel : {"film_soup_cuda_out", "film_soup_cuda_out_hue_chr_vib", "film_soup_cuda_out_bleach"})
   {
     const Values r = codes(kernel, s, light);
     for (size_t i = 0; i < r.size(); ++i)
