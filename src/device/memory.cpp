@@ -83,14 +83,16 @@ void giveBack(MemoryKind, void* memory) noexcept
 
 void transfer(void* to, const void* from, size_t bytes, CopyKind)
 {
-  std::memcpy(to, from, bytes);
+  if (bytes != 0)  // an empty buffer may have no address, which memcpy forbids
+    std::memcpy(to, from, bytes);
 }
 
 }  // namespace
 
 void fill(void* memory, int value, size_t bytes)
 {
-  std::memset(memory, value, bytes);
+  if (bytes != 0)
+    std::memset(memory, value, bytes);
 }
 
 }  // namespace morvellan::MORVELLAN_TARGET

@@ -1,6 +1,7 @@
 // The Look buttons as a person presses them, on the strict host: files by content, parameters and panels by value.
 #include <cstdlib>
 
+#include <dlfcn.h>
 #include <gmock/gmock.h>
 
 #include "tests/plugin/plugin_host.h"
@@ -223,6 +224,36 @@ TEST_F(Looks, ABadSizeIsThatOfTheClip)
   EXPECT_EQ(press(effect, "LoadLooks", "accept:" + file("size.prm")).size(), 2u);
   EXPECT_EQ(effect.value("SourceWidth").asInt(), 640);
   EXPECT_EQ(effect.value("SourceHeight").asInt(), 360);
+}
+
+// libdbus keeps locks for the life of the process: it stays when the plug-in that asked it goes.
+TEST(LooksUnloaded, TheLibraryOfTheDialogStays)
+{
+  const auto isLoaded = [](const std::string& library)
+  {
+    void* const handle = dlopen(library.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    if (handle != nullptr)
+      dlclose(handle);
+    return handle != nullptr;
+  };
+  const std::string plugin = std::string(MORVELLAN_BUNDLE) + "/Contents/Linux-x86-64/Morvellan.ofx";
+  const std::string before = std::getenv("PATH");
+  for (int load = 0; load < 2; ++load)
+  {
+    const ConfigFolder folder;
+    StrictOptions options = pluginOptions(folder, "cpu");
+    options.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + (folder.path() / "no-bus").string();
+    {
+      StrictHost host(MORVELLAN_BUNDLE, options);
+      EffectInstance& effect = host.create({});
+      setenv("PATH", folder.path().c_str(), 1);
+      EXPECT_EQ(effect.press("LoadLooks"), kOfxStatOK);
+      setenv("PATH", before.c_str(), 1);
+      EXPECT_TRUE(isLoaded(plugin));
+    }
+    EXPECT_FALSE(isLoaded(plugin));
+    EXPECT_TRUE(isLoaded("libdbus-1.so.3"));
+  }
 }
 
 }  // namespace

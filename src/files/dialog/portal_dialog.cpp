@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#include <dlfcn.h>
 #include <fmt/format.h>
 
 #include "files/dialog/backends.h"
@@ -17,6 +18,14 @@ namespace
 
 constexpr const char* service = "org.freedesktop.portal.Desktop";
 constexpr const char* requestInterface = "org.freedesktop.portal.Request";
+
+// libdbus makes its locks once and keeps them, and the call that frees them is not for one of several users. So it
+// stays loaded when the plug-in goes: a later load finds the locks again, where one unloaded leaves them behind.
+void keepLibraryLoaded()
+{
+  if (void* const library = dlopen("libdbus-1.so.3", RTLD_NOW | RTLD_NOLOAD | RTLD_NODELETE))
+    dlclose(library);
+}
 
 template <class Write>
 void option(BusWriter& options, const char* name, const char* type, const Write& write)
@@ -147,6 +156,7 @@ DialogAnswer awaitAnswer(DBusConnection& connection, const std::string& request)
 
 std::optional<DialogAnswer> askPortal(const DialogRequest& request)
 {
+  keepLibraryLoaded();
   BusError error;
   const BusConnection connection = openSessionBus(error.get());
   if (!connection)
