@@ -160,12 +160,12 @@ TEST_F(Instance, TwoInstancesKeepTheirOwnValues)
 }
 
 // A host that renders frames of two instances from eight threads, one frame of an instance at a time: how many frames
-// are not those of one thread.
+// are not those of one thread. The last source is large enough for a frame to have several threads of its own, too.
 int framesThatDiffer(const std::array<EffectInstance*, 2>& effects, std::size_t framesOfAThread)
 {
   std::array<host::Frame, 6> sources{rampOf(40, 30), rampOf(64, 16),
                                      rampOf(17, 33), rampOf(40, 30, host::Components::Rgb),
-                                     rampOf(12, 90), rampOf(33, 33)};
+                                     rampOf(12, 90), rampOf(190, 130)};
   const auto frame = [&](std::size_t effect, std::size_t source)
   { return renderFrame(*effects[effect], sources[source], static_cast<double>(source)); };
   std::vector<host::Frame> expected;
@@ -218,6 +218,20 @@ TEST_F(Instance, EightThreadsGiveThePixelsOfOneThroughTheWholeChain)
                                      {"SpatialEnhancement", 1}})},
                              6),
             0);
+}
+
+// Both run the same stages: what two instances could share, both use.
+TEST_F(Instance, EightThreadsGiveThePixelsOfOneThroughTheSameStages)
+{
+  std::map<std::string, host::ParamValue> every{
+      {"SoupBypass", false},     {"HalationBypass", false}, {"LabDiffuseLoMid", 0.5}, {"PrintDisplayBypass", false},
+      {"PrintProfile", 2},       {"GrainBypass", false},    {"SizeGreen", 2.0},       {"PitchBypass", false},
+      {"SpatialEnhancement", 1}, {"EnsemblePitch", 4.0}};
+  EffectInstance& one = made(every);
+  every["Exposure"] = 0.1;
+  every["PrintProfile"] = 5;
+  every["SizeGreen"] = 0.5;
+  EXPECT_EQ(framesThatDiffer({&one, &made(every)}, 6), 0);
 }
 
 TEST_F(Instance, PlainActionsDoNothing)

@@ -77,8 +77,10 @@ int main(int argc, char** argv)
   if (target != "cpu_v2")
     morvellan::parity::registerAll(target);
   ::testing::InitGoogleTest(&argc, argv);
-  if (::testing::GTEST_FLAG(filter) == "*")
-    ::testing::GTEST_FLAG(filter) = target + "_*:Parity_*";
+  std::string& filter = ::testing::GTEST_FLAG(filter);
+  const std::string chosen = filter.substr(0, filter.find('-'));  // behind the dash stands what is left out
+  if (chosen.empty() || chosen == "*")
+    filter.replace(0, chosen.size(), target + "_*:Parity_*");
   const int result = RUN_ALL_TESTS();
   if (::testing::UnitTest::GetInstance()->test_to_run_count() == 0)
   {
