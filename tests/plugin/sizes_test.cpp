@@ -58,8 +58,8 @@ Project everything(FrameRoute route, int width, int height)
   return project;
 }
 
-// The address sanitizer keeps freed memory and shadows all of it, so that no bound holds for the process.
-#ifdef __SANITIZE_ADDRESS__
+// The sanitizers shadow memory, and that of addresses keeps what is freed, so that no bound holds for the process.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr bool memoryIsMeasured = false;
 #else
 constexpr bool memoryIsMeasured = true;
