@@ -4,6 +4,7 @@
 #pragma once
 
 #include "device/launch.h"
+#include "device/tails.h"
 
 namespace morvellan::MORVELLAN_TARGET
 {
@@ -99,7 +100,7 @@ struct iir_guassian
     for (int i = length - 1; i >= 0; --i)
     {
       const Pixels at{0, 0, i * step + first, inside};
-      storePlane(target, at, loadPlane(target, at) + backward.step(filter, sample(i, first, inside)));
+      storePlane(target, at, loadPlaneInside(target, at) + backward.step(filter, sample(i, first, inside)));
     }
   }
 
@@ -107,7 +108,7 @@ struct iir_guassian
   {
     const float* at = source + (static_cast<ptrdiff_t>(i) * count + first) * stride;
     if (stride == 1)
-      return finiteOrZero(load(at));
+      return finiteOrZero(loadFirst(at, inside));
     return finiteOrZero(gather(at, min(laneIndex(), Int(inside - 1)) * Int(stride)));
   }
 };

@@ -91,7 +91,7 @@ enum class Samples
 MORVELLAN_INLINE void fetch(const float* from, ptrdiff_t count)
 {
   Real sum = Real(0.0f);
-  for (ptrdiff_t i = 0; i < count; i += 16)
+  for (ptrdiff_t i = 0; i + lanes <= count; i += 16)
     sum = sum + load(from + i);
   asm volatile("" : : "x"(sum.v.raw));
 }
@@ -179,6 +179,30 @@ MORVELLAN_INLINE void filterStrip(const GaussianCascade& f, const Plane& source,
       done(y, v, backward[v].step(feedback, load(at(y, v))));
   }
 }
+
+// The columns [x, x + stripColumns) of the rows [first, last): where they stand, or, where they reach past the end of
+// the plane, a copy with zeros beyond the right end, its row `zero` at `memory`. What follows a plane may be another
+// that is being written; what follows a row is the next, whose samples do no harm.
+struct Strip
+{
+  Plane plane;
+  int x;
+
+  MORVELLAN_INLINE Strip(const Plane& source, int x, int first, int last, int zero, float* memory) : plane(source), x(x)
+  {
+    if (source.row(last - 1) + x + stripColumns <= source.row(source.height))
+      return;
+    plane = {memory - static_cast<ptrdiff_t>(zero) * stripColumns, stripColumns, source.height};
+    this->x = 0;
+    const int inside = std::min(source.width - x, stripColumns);
+    for (int y = first; y < last; ++y)
+    {
+      float* const to = memory + static_cast<ptrdiff_t>(y - zero) * stripColumns;
+      std::copy_n(source.row(y) + x, inside, to);
+      std::fill_n(to + inside, stripColumns - inside, 0.0f);
+    }
+  }
+};
 
 // Sixteen rows on their way through the row filter: the forward answers, transposed, in a ring of columns.
 class Band
@@ -427,7 +451,7 @@ void blurTiles(const GaussianCascade& f, const Plane& source, int runUp, const P
   const int height = source.height;
   constexpr int ring = 2 * stripColumns;
   constexpr int tileBands = tileRows / bandRows;
-  constexpr size_t tileFloats = static_cast<size_t>(tileRows + longestRunUp) * stripColumns;
+  constexpr size_t tileFloats = static_cast<size_t>(tileRows + 2 * longestRunUp) * stripColumns;
   withScratch((height + tileRows - 1) / tileRows, tileFloats + tileBands * Band::floats(ring),
               [&](int item, float* memory)
               {
@@ -439,8 +463,10 @@ void blurTiles(const GaussianCascade& f, const Plane& source, int runUp, const P
                 Band bands[tileBands] = {bandAt(0), bandAt(1), bandAt(2), bandAt(3)};
                 for (int x = 0; x < width; x += stripColumns)
                 {
-                  float* const tile = memory;
-                  filterStrip<Kind>(f, source, x, first, last, runUp, 0, tile,
+                  float* const tile = memory + longestRunUp * stripColumns;
+                  // In place if it is a copy: a sample is read before its answer takes its memory.
+                  const Strip strip(source, x, std::max(0, first - runUp), std::min(height, last + runUp), first, tile);
+                  filterStrip<Kind>(f, strip.plane, strip.x, first, last, runUp, 0, tile,
                                     [&](int y, int v, Real r)
                                     { store(tile + (y - first) * stripColumns + v * lanes, r); });
                   const int taken = std::min(x + stripColumns, width);
@@ -466,8 +492,9 @@ void blurColumns(const GaussianCascade& f, const Plane& source, const PlaneRows&
               [&](int strip, float* memory)
               {
                 const int x = strip * stripColumns;
-                filterStrip<Kind>(f, source, x, 0, source.height, 0, ptrdiff_t{rowsAhead} * source.width, memory,
-                                  [&](int y, int v, Real r) { rows.write(rows.at(x + v * lanes, y), r); });
+                const Strip from(source, x, 0, source.height, 0, memory);
+                filterStrip<Kind>(f, from.plane, from.x, 0, source.height, 0, ptrdiff_t{rowsAhead} * source.width,
+                                  memory, [&](int y, int v, Real r) { rows.write(rows.at(x + v * lanes, y), r); });
               });
 }
 
@@ -475,6 +502,17 @@ void blurColumns(const GaussianCascade& f, const Plane& source, const PlaneRows&
 inline int ringOf(int width)
 {
   return static_cast<int>(std::bit_ceil(static_cast<unsigned>(std::max(width, stripColumns))));
+}
+
+// The forward run of `inside` rows of a plane from row `first`.
+MORVELLAN_INLINE void forwardRows(Band& band, const Plane& source, int first, int inside)
+{
+  float copy[bandRows * stripColumns];
+  for (int x = 0; x < source.width; x += stripColumns)
+  {
+    const Strip strip(source, x, first, first + inside, first, copy);
+    band.forward(strip.plane.row(first) + strip.x, strip.plane.width, inside, x);
+  }
 }
 
 template <typename Finish>
@@ -487,8 +525,7 @@ void blurRows(const GaussianCascade& f, const Plane& source, const PlaneRows& ro
                 const int first = item * bandRows;
                 const int inside = std::min(bandRows, source.height - first);
                 Band band(f, memory, ring, source.width);
-                for (int x = 0; x < source.width; x += stripColumns)
-                  band.forward(source.row(first) + x, source.width, inside, x);
+                forwardRows(band, source, first, inside);
                 if constexpr (requires { finish.fetch(0, 0); })
                   finish.fetch(static_cast<ptrdiff_t>(first) * source.width,
                                static_cast<ptrdiff_t>(inside) * source.width);

@@ -22,7 +22,8 @@ void blurColumnsTwice(const GaussianCascade& f, const GaussianCascade& g, const 
               [&](int strip, float* tile)
               {
                 const int x = strip * stripColumns;
-                filterStrip<Kind>(f, source, x, 0, height, 0, ptrdiff_t{rowsAhead} * source.width, tile,
+                const Strip from(source, x, 0, height, 0, tile);
+                filterStrip<Kind>(f, from.plane, from.x, 0, height, 0, ptrdiff_t{rowsAhead} * source.width, tile,
                                   [&](int y, int v, Real r)
                                   {
                                     store(tile + y * stripColumns + v * lanes, r);
@@ -47,12 +48,11 @@ struct KeptRows
   MORVELLAN_INLINE void expect(int, int) const {}
 };
 
-MORVELLAN_INLINE Band filteredBand(const GaussianCascade& f, float* memory, int ring, const float* rows, int width,
+MORVELLAN_INLINE Band filteredBand(const GaussianCascade& f, float* memory, int ring, const Plane& source, int first,
                                    int inside)
 {
-  Band band(f, memory, ring, width);
-  for (int x = 0; x < width; x += stripColumns)
-    band.forward(rows + x, width, inside, x);
+  Band band(f, memory, ring, source.width);
+  forwardRows(band, source, first, inside);
   return band;
 }
 
@@ -71,8 +71,8 @@ void blurRowsTwice(const GaussianCascade& f, const GaussianCascade& g, const Pla
                 const ptrdiff_t begin = static_cast<ptrdiff_t>(top) * width;
                 const ptrdiff_t count = static_cast<ptrdiff_t>(inside) * width;
                 const KeptRows base{memory + Band::floats(ring), width};
-                filteredBand(f, memory, ring, first.row(top), width, inside).backward(0, width, width, inside, base);
-                Band band = filteredBand(f, memory, ring, both.row(top), width, inside);
+                filteredBand(f, memory, ring, first, top, inside).backward(0, width, width, inside, base);
+                Band band = filteredBand(f, memory, ring, both, top, inside);
                 band.backwardInto(g);
                 finish.fetch(begin, count);
                 const auto combine = [&](const Pixels& at, Real blurred) {

@@ -131,7 +131,7 @@ struct mix_planes
     for (int i = 0; i < count; i += lanes)
     {
       const Pixels at = pixelsOfRun(first, i, count);
-      const Rgb glow = {loadPlane(planes[0], at), loadPlane(planes[1], at), loadPlane(planes[2], at)};
+      const Rgb glow = {loadPlaneInside(planes[0], at), loadPlaneInside(planes[1], at), loadPlaneInside(planes[2], at)};
       const Rgb light = mix.light(glow, loadColour(image, at, channels));
       storeBlock(block, i, mix.exit.hasMatrix ? multiply(mix.exit.toInput, light) : light);
     }
@@ -149,7 +149,7 @@ struct SharpenPlane
 
   MORVELLAN_INLINE Real operator()(Pixels at, Real soft) const
   {
-    return FrequencySharpenHalation::mixed(loadPlane(sharp, at), soft, gain);
+    return FrequencySharpenHalation::mixed(loadPlaneInside(sharp, at), soft, gain);
   }
   MORVELLAN_INLINE void fetch(ptrdiff_t first, ptrdiff_t count) const { MORVELLAN_TARGET::fetch(sharp + first, count); }
 };

@@ -4,6 +4,7 @@
 
 #include "colour/film_space.h"
 #include "device/launch.h"
+#include "device/tails.h"
 
 namespace morvellan::MORVELLAN_TARGET
 {
@@ -12,15 +13,15 @@ namespace morvellan::MORVELLAN_TARGET
 MORVELLAN_INLINE Rgb loadColour(const float* frame, Pixels at, int channels)
 {
   if (channels != 4)
-    return loadRgb(frame, at);
-  const Rgba p = loadRgba(frame, at);
+    return loadRgbInside(frame, at);
+  const Rgba p = loadRgbaInside(frame, at);
   return {p.r, p.g, p.b};
 }
 
 MORVELLAN_INLINE void storeColour(float* frame, Pixels at, int channels, Rgb p)
 {
   if (channels == 4)
-    storeRgba(frame, at, {p.r, p.g, p.b, loadRgba(frame, at).a});
+    storeRgba(frame, at, {p.r, p.g, p.b, loadRgbaInside(frame, at).a});
   else
     storeRgb(frame, at, p);
 }

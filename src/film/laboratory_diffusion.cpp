@@ -190,7 +190,8 @@ private:
 
   MORVELLAN_INLINE Rgb loadPlanes(Pixels at, size_t first) const
   {
-    return {loadPlane(planes[first], at), loadPlane(planes[first + 1], at), loadPlane(planes[first + 2], at)};
+    return {loadPlaneInside(planes[first], at), loadPlaneInside(planes[first + 1], at),
+            loadPlaneInside(planes[first + 2], at)};
   }
 
   MORVELLAN_INLINE void storePlanes(Pixels at, size_t first, Rgb p) const

@@ -87,9 +87,9 @@ struct develop_cuda
   MORVELLAN_KERNEL void operator()(Pixels at) const
   {
     const Rgb e = loadRgb(exposure, at);
-    Rgb d = loadRgb(density, at);
-    Rgb s = loadRgb(silver, at);
-    const Real c = loadPlane(developer, at);
+    Rgb d = loadRgbInside(density, at);
+    Rgb s = loadRgbInside(silver, at);
+    const Real c = loadPlaneInside(developer, at);
     const Real r = developChannel(e.r, d.r, s.r, c, rate, silverUse);
     const Real g = developChannel(e.g, d.g, s.g, c, rate, silverUse);
     const Real b = developChannel(e.b, d.b, s.b, c, rate, silverUse);
@@ -109,7 +109,7 @@ struct film_lab_diffuse_reset_pfe
 
   MORVELLAN_KERNEL void operator()(Pixels at) const
   {
-    const Real v = loadPlane(developer, at) * Real(0.00113631552f);
+    const Real v = loadPlaneInside(developer, at) * Real(0.00113631552f);
     const Real log = logC4EncodeCurve(minNumber(v, Real(logC4Largest)));
     storePlane(detail, at, log);
     storePlane(base, at, log);
@@ -126,7 +126,7 @@ struct pitch_sharp_film_lab
 
   MORVELLAN_KERNEL void operator()(Pixels at) const
   {
-    storePlane(detail, at, clamp01((loadPlane(detail, at) - loadPlane(base, at)) * Real(gain)));
+    storePlane(detail, at, clamp01((loadPlaneInside(detail, at) - loadPlaneInside(base, at)) * Real(gain)));
   }
 };
 
@@ -140,7 +140,7 @@ struct pitch_accumulate_film_lab_pfe
 
   MORVELLAN_KERNEL void operator()(Pixels at) const
   {
-    const Real u = loadPlane(detail, at) + loadPlane(base, at);
+    const Real u = loadPlaneInside(detail, at) + loadPlaneInside(base, at);
     const Real linear =
         (fast_exp2((u - Real(0.092864126f)) * Real(14.0f) * Real(1.10237074f) + Real(6.0f)) - Real(64.0f)) *
         Real(labFullScale) * Real(0.00044806354f);
@@ -157,7 +157,7 @@ struct developer_to_layer
 
   MORVELLAN_KERNEL void operator()(Pixels at) const
   {
-    storePlane(developer, at, fma(loadPlane(developer, at), Real(scale), Real(add)));
+    storePlane(developer, at, fma(loadPlaneInside(developer, at), Real(scale), Real(add)));
   }
 };
 

@@ -74,8 +74,8 @@ struct accumulate_planes
 
   MORVELLAN_KERNEL void operator()(Pixels at) const
   {
-    Rgba p = loadRgba(lab, at);
-    p.r = loadPlane(accumulator, at) + loadPlane(low, at);
+    Rgba p = loadRgbaInside(lab, at);
+    p.r = loadPlaneInside(accumulator, at) + loadPlaneInside(low, at);
     storeRgba(lab, at, p);
   }
 };
@@ -95,8 +95,8 @@ float* pitchBands(const Queue& queue, float* lab, float* work, float* scratch, i
     const auto step = static_cast<size_t>(band);
     const auto addBand = [&](const Pixels& at, Real blurred)
     {
-      const Real sum = loadPlane(accumulator, at);
-      storePlane(accumulator, at, pitch_sharp::summed(loadPlane(previous, at), blurred, sum, gains[step]));
+      const Real sum = loadPlaneInside(accumulator, at);
+      storePlane(accumulator, at, pitch_sharp::summed(loadPlaneInside(previous, at), blurred, sum, gains[step]));
       return blurred;
     };
     const bool last = band + 1 == bands;

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "device/launch.h"
+#include "device/tails.h"
 
 namespace morvellan::MORVELLAN_TARGET
 {
@@ -13,7 +14,7 @@ namespace morvellan::MORVELLAN_TARGET
 MORVELLAN_INLINE Real loadStrided(const float* base, Pixels at, int stride)
 {
   const float* from = base + at.index * stride;
-  return stride == 1 ? load(from) : gather(from, laneIndex() * Int(stride));
+  return stride == 1 ? loadFirst(from, at.count) : gather(from, min(laneIndex(), Int(at.count - 1)) * Int(stride));
 }
 
 MORVELLAN_INLINE void storeStrided(float* base, Pixels at, int stride, Real x)

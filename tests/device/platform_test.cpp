@@ -13,6 +13,7 @@
 #include "device/launch.h"
 #include "device/memory.h"
 #include "device/sum.h"
+#include "device/tails.h"
 #include "device/texture.h"
 #include "tests/support/device_arrays.h"
 #include "tests/support/engine_test.h"
@@ -28,7 +29,7 @@ struct count_visits
 {
   float* plane;
 
-  MORVELLAN_KERNEL void operator()(Pixels at) const { storePlane(plane, at, loadPlane(plane, at) + Real(1.0f)); }
+  MORVELLAN_KERNEL void operator()(Pixels at) const { storePlane(plane, at, loadPlaneInside(plane, at) + Real(1.0f)); }
 };
 
 struct count_visits_of_runs
