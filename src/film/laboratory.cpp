@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
+#include <numeric>
 #include <vector>
 
 #include "device/memory.h"
@@ -24,8 +26,20 @@ using Sums = std::array<double, labExchanges>;
 using Jacobian = std::array<Course, labCycles>;
 
 constexpr double settled = 4e-7;  // of the first concentration: less than a float's rounding moves the picture
-constexpr ptrdiff_t smallestSampled = 50000;  // pixels; below, sweeping the frame is as quick as sampling it
-constexpr ptrdiff_t jacobianPixels = 2048;    // of the sample
+constexpr ptrdiff_t smallestSampled = 50000;   // pixels; below, sweeping the frame is as quick as sampling it
+constexpr ptrdiff_t sampledLines = 16384;      // cache lines of a frame that are wanted as its sample,
+constexpr ptrdiff_t leastOf = 8, mostOf = 64;  // but no more than one of 8 and no fewer than one of 64
+constexpr ptrdiff_t jacobianPixels = 2048;     // of the sample
+
+// Steps around a circle of `count` places that meet each once and are spread over it at any time: by the golden ratio,
+// or as near to it as has no divisor in common with `count`.
+int spreadingStride(int count)
+{
+  int stride = static_cast<int>(static_cast<double>(count) / std::numbers::phi);
+  while (stride > 1 && std::gcd(stride, count) != 1)
+    --stride;
+  return std::max(stride, 1);
+}
 
 class Solver
 {
@@ -114,14 +128,18 @@ private:
 
   void solveSample()
   {
-    const ptrdiff_t sampled = count / (laboratory_sample::line * laboratory_sample::every);
+    const ptrdiff_t lines = count / laboratory_sample::line;
+    const ptrdiff_t every = std::clamp(lines / sampledLines, leastOf, mostOf);
+    const ptrdiff_t sampled = lines / every;
     samplePixels = sampled * laboratory_sample::line;
     sample = Buffer<float>(static_cast<size_t>(samplePixels) * 3);
     const int batches = static_cast<int>((sampled + laboratory_sample::batch - 1) / laboratory_sample::batch);
     launch(queue, items(batches),
            laboratory_sample{.source = frame.source,
                              .exposure = sample.data(),
+                             .every = static_cast<int>(every),
                              .lines = static_cast<int>(sampled),
+                             .stride = spreadingStride(static_cast<int>(sampled)),
                              .channels = frame.channels,
                              .entry = entry,
                              .silver = {settings.silver[0], settings.silver[1], settings.silver[2]}});

@@ -226,17 +226,17 @@ private:
   }
 };
 
-// One line of `line` pixels out of each `every` lines of a frame, at a place that a hash chooses, as exposures one
-// after the other; in a launch over items(ceil(lines / batch)), where `lines` are taken in all.
+// One line of `line` pixels out of each `every` of a frame, at a place that a hash chooses, as exposures one
+// after the other; in a launch over items(ceil(lines / batch)), where `lines` are taken in all. They come from all over
+// the frame in turn, so that the first of them are a sample, too: `stride` and `lines` have no common divisor.
 struct laboratory_sample
 {
-  static constexpr int line = 4;  // RGBA pixels of a cache line
-  static constexpr int every = 64;
+  static constexpr int line = 4;    // RGBA pixels of a cache line
   static constexpr int batch = 16;  // lines of a work item, whose cache misses overlap
 
   const float* source;
   float* exposure;
-  int lines, channels;
+  int every, lines, stride, channels;
   FilmEntry entry;
   float silver[3];
 
@@ -248,8 +248,8 @@ struct laboratory_sample
     const int floats = line * channels;
     for (int i = 0; i < taken; ++i)
     {
-      const ptrdiff_t chosen =
-          static_cast<ptrdiff_t>(first + i) * every + static_cast<ptrdiff_t>(hash(first + i) % every);
+      const auto stretch = static_cast<ptrdiff_t>(static_cast<int64_t>(first + i) * stride % lines);
+      const ptrdiff_t chosen = stretch * every + static_cast<ptrdiff_t>(hash(first + i) % every);
       for (int k = 0; k < floats; ++k)
         pixels[i * floats + k] = source[chosen * floats + k];
     }

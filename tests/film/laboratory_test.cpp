@@ -3,10 +3,11 @@
 #include "tests/film/laboratory_runs.h"
 
 #include <limits>
+#include <numbers>
 
 #include <tbb/global_control.h>
 
-#include "film/laboratory_pixel.h"
+#include "film/laboratory_sweep.h"
 #include "tests/support/name_list.h"
 
 namespace morvellan::MORVELLAN_TARGET
@@ -245,13 +246,74 @@ ENGINE_TEST(Laboratory, ThreadCountChangesNothing)
   EXPECT_EQ(developed(frame, 310, 203, 4, defaults(310, 203)).density, many.density);
 }
 
+// A picture as cameras see them: dark ground, bright sky, a lamp in a corner, colours that change from place to place.
+Values landscape(int w, int h)
+{
+  std::mt19937 generator(5);
+  std::uniform_real_distribution<float> noise(-0.02f, 0.02f);
+  Values values(static_cast<size_t>(w) * static_cast<size_t>(h) * 4);
+  for (size_t i = 0; i < values.size(); ++i)
+  {
+    const float x = static_cast<float>(i / 4 % static_cast<size_t>(w)) / static_cast<float>(w);
+    const float y = static_cast<float>(i / 4 / static_cast<size_t>(w)) / static_cast<float>(h);
+    const float tint = 0.08f * std::sin(9.0f * x + 2.0f * static_cast<float>(i % 4));
+    const bool lamp = x > 0.9f && y > 0.2f && y < 0.3f;
+    values[i] = (lamp ? 0.95f : 0.12f + 0.55f * y * y) + tint + noise(generator);
+  }
+  return values;
+}
+
 ENGINE_TEST(Laboratory, TwoSweepsDevelopAFrame)
 {
-  NameList names;
-  developed(gradient(1920, 1080), 1920, 1080, 4, defaults(1920, 1080), laboratory, &names);
-  EXPECT_EQ(names.count("film_lab_init"), 1u);
-  EXPECT_EQ(names.count("develop_cuda"), 1u);
-  EXPECT_EQ(names.count("laboratory_sweep"), 2u);
+  for (const auto& [w, h] : {std::pair{1920, 1080}, std::pair{1024, 512}, std::pair{960, 540}})
+    for (const Values& frame : {gradient(w, h), landscape(w, h)})
+      for (const int agitation : {2, 5})
+      {
+        SCOPED_TRACE(testing::Message() << w << "x" << h << ", agitation " << agitation);
+        LabSettings settings = defaults(w, h);
+        settings.agitation = agitation;
+        NameList names;
+        developed(frame, w, h, 4, settings, laboratory, &names);
+        EXPECT_EQ(names.count("film_lab_init"), 1u);
+        EXPECT_EQ(names.count("develop_cuda"), 1u);
+        EXPECT_EQ(names.count("laboratory_sweep"), 2u);
+      }
+}
+
+// The sample meets every stretch of the frame once, and a part of it is spread over the frame as all of it is.
+ENGINE_TEST(Laboratory, TheSampleIsSpreadOverTheFrame)
+{
+  constexpr int every = 16, lines = 1875, stride = 1159, part = lines / 15;
+  constexpr int line = laboratory_sample::line;
+  // Linear light, so that exposures rise with the pixel's place.
+  Values frame(static_cast<size_t>(every) * lines * line * 4);
+  for (size_t i = 0; i < frame.size(); ++i)
+    frame[i] = static_cast<float>(i / (4 * line) / every + 1) / lines;
+  const Buffer<float> source = upload(frame);
+  const Buffer<float> exposure(static_cast<size_t>(lines) * line * 3);
+  launch(Queue{}, items((lines + laboratory_sample::batch - 1) / laboratory_sample::batch),
+         laboratory_sample{.source = source.data(),
+                           .exposure = exposure.data(),
+                           .every = every,
+                           .lines = lines,
+                           .stride = stride,
+                           .channels = 4,
+                           .entry = makeFilmEntry(linearRec709),
+                           .silver = {1.0f, 1.0f, 1.0f}});
+  const Values met = download(exposure);
+  const float largest = *std::max_element(met.begin(), met.end());
+  std::vector<int> stretches;
+  for (size_t i = 0; i < met.size(); i += size_t{line} * 3)
+    stretches.push_back(static_cast<int>(std::lround(met[i] / largest * lines)) - 1);
+  std::vector<int> first(stretches.begin(), stretches.begin() + part);
+  std::sort(stretches.begin(), stretches.end());
+  for (int i = 0; i < lines; ++i)
+    ASSERT_EQ(stretches[static_cast<size_t>(i)], i);
+  // Steps by the golden ratio leave no gap above its square times the mean (the three-gap theorem).
+  constexpr double largestGap = std::numbers::phi * std::numbers::phi * lines / part;
+  std::sort(first.begin(), first.end());
+  for (size_t i = 1; i < first.size(); ++i)
+    EXPECT_LT(first[i] - first[i - 1], largestGap) << i;
 }
 
 namespace
