@@ -232,7 +232,7 @@ private:
 struct laboratory_sample
 {
   static constexpr int line = 4;    // RGBA pixels of a cache line
-  static constexpr int batch = 16;  // lines of a work item, whose cache misses overlap
+  static constexpr int batch = 64;  // lines of a work item, whose cache misses overlap
 
   const float* source;
   float* exposure;
@@ -246,13 +246,16 @@ struct laboratory_sample
     const int taken = lines - first < batch ? lines - first : batch;
     float pixels[(batch * line + lanes) * 4];
     const int floats = line * channels;
+    const float* chosen[batch];
     for (int i = 0; i < taken; ++i)
     {
       const auto stretch = static_cast<ptrdiff_t>(static_cast<int64_t>(first + i) * stride % lines);
-      const ptrdiff_t chosen = stretch * every + static_cast<ptrdiff_t>(hash(first + i) % every);
-      for (int k = 0; k < floats; ++k)
-        pixels[i * floats + k] = source[chosen * floats + k];
+      chosen[i] = source + (stretch * every + static_cast<ptrdiff_t>(hash(first + i) % every)) * floats;
+      expect(chosen[i], floats);
     }
+    for (int i = 0; i < taken; ++i)
+      for (int k = 0; k < floats; ++k)
+        pixels[i * floats + k] = chosen[i][k];
     const Rgb store = {Real(silver[0]), Real(silver[1]), Real(silver[2])};
     for (int i = 0; i < taken * line; i += lanes)
     {
