@@ -255,7 +255,8 @@ Values landscape(int w, int h)
   for (size_t i = 0; i < values.size(); ++i)
   {
     const float x = static_cast<float>(i / 4 % static_cast<size_t>(w)) / static_cast<float>(w);
-    const float y = static_cast<float>(i / 4 / static_cast<size_t>(w)) / static_cast<float>(h);
+    const size_t row = i / 4 / static_cast<size_t>(w);
+    const float y = static_cast<float>(row) / static_cast<float>(h);
     const float tint = 0.08f * std::sin(9.0f * x + 2.0f * static_cast<float>(i % 4));
     const bool lamp = x > 0.9f && y > 0.2f && y < 0.3f;
     values[i] = (lamp ? 0.95f : 0.12f + 0.55f * y * y) + tint + noise(generator);
@@ -288,7 +289,10 @@ ENGINE_TEST(Laboratory, TheSampleIsSpreadOverTheFrame)
   // Linear light, so that exposures rise with the pixel's place.
   Values frame(static_cast<size_t>(every) * lines * line * 4);
   for (size_t i = 0; i < frame.size(); ++i)
-    frame[i] = static_cast<float>(i / (4 * line) / every + 1) / lines;
+  {
+    const size_t stretch = i / (4 * line) / every;
+    frame[i] = static_cast<float>(stretch + 1) / lines;
+  }
   const Buffer<float> source = upload(frame);
   const Buffer<float> exposure(static_cast<size_t>(lines) * line * 3);
   launch(Queue{}, items((lines + laboratory_sample::batch - 1) / laboratory_sample::batch),
