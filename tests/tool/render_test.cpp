@@ -136,6 +136,18 @@ TEST_F(RenderTest, RendersSequences)
   EXPECT_EQ(load(path("a.12.exr")).values.back(), 2.0F);
 }
 
+TEST_F(RenderTest, TakesAFileOfJustThatNameBeforeASequence)
+{
+  std::filesystem::copy(path("in.exr"), path("take #2.exr"));
+  std::filesystem::copy(path("in.exr"), path("50%d.exr"));
+  ToolRun run = runTool({path("take #2.exr"), "-o", path("one.exr"), "--device", "cpu", "--set", "Gain=2"});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_EQ(load(path("one.exr")).values.back(), 2.0F);
+  run = runTool({path("take #2.exr"), path("50%d.exr"), "-o", path("two.%d.exr"), "--device", "cpu"});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(files(), testing::IsSupersetOf({"two.0.exr", "two.1.exr"}));
+}
+
 TEST_F(RenderTest, RendersSeveralFilesAtTheirNumbers)
 {
   std::filesystem::copy(path("in.exr"), path("x7.exr"));

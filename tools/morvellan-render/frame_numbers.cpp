@@ -85,6 +85,18 @@ FilePattern::FilePattern(const std::string& text) : text_(text)
   }
 }
 
+FilePattern FilePattern::ofInput(const std::string& text)
+{
+  std::error_code failure;
+  if (!std::filesystem::is_regular_file(text, failure))
+  {
+    return FilePattern(text);
+  }
+  FilePattern file;
+  file.text_ = text;
+  return file;
+}
+
 std::filesystem::path FilePattern::at(int frame) const
 {
   return sequence_ ? folder_ / (prefix_ + numbered(frame, digits_) + suffix_) : std::filesystem::path(text_);

@@ -17,6 +17,8 @@ class FilePattern
 {
 public:
   explicit FilePattern(const std::string& text);
+  // An input: a file of just this name is itself, whatever signs its name holds.
+  static FilePattern ofInput(const std::string& text);
 
   bool isSequence() const { return sequence_; }
   const std::string& text() const { return text_; }
@@ -26,6 +28,8 @@ public:
   std::vector<int> existingFrames() const;
 
 private:
+  FilePattern() = default;
+
   std::string text_;
   std::filesystem::path folder_;
   std::string prefix_;

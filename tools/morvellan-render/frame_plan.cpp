@@ -22,7 +22,7 @@ std::vector<int> timesOfFiles(const std::vector<std::string>& inputs)
   std::vector<int> times;
   for (const std::string& input : inputs)
   {
-    if (FilePattern(input).isSequence())
+    if (FilePattern::ofInput(input).isSequence())
     {
       throw UsageError(fmt::format("{} is a sequence among other inputs; give one sequence or several files", input));
     }
@@ -59,7 +59,7 @@ std::vector<int> timesOf(const Options& options)
   {
     return *options.frames;
   }
-  const FilePattern input(options.inputs.front());
+  const FilePattern input = FilePattern::ofInput(options.inputs.front());
   if (!input.isSequence())
   {
     return {0};
@@ -132,7 +132,7 @@ std::vector<FrameJob> planFrames(const Options& options)
   std::vector<FrameJob> jobs;
   for (std::size_t i = 0; i < times.size(); ++i)
   {
-    const FilePattern input(options.inputs[options.inputs.size() > 1 ? i : 0]);
+    const FilePattern input = FilePattern::ofInput(options.inputs[options.inputs.size() > 1 ? i : 0]);
     jobs.push_back({times[i], input.at(times[i]), output.at(times[i])});
   }
   requireInputs(jobs);

@@ -116,8 +116,8 @@ std::string listParamsAsJson(const host::EffectDescriptor& descriptor)
 
 std::string listChoices(const host::EffectDescriptor& descriptor, const std::string& name)
 {
-  const Param& param = paramNamed(descriptor.params(), name);
-  if (param.kind() != ParamKind::Choice)
+  const Param& param = paramNamed(descriptor.params(), name, isChoice);
+  if (!isChoice(param))
   {
     throw UsageError(fmt::format("{} ({}) is not a Choice; see --list-params", name, param.facts().label));
   }

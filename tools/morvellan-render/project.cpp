@@ -106,7 +106,7 @@ std::map<std::string, ParamValue> parseProject(std::string_view text, const std:
   {
     try
     {
-      const Param& param = paramNamed(described, parameter);
+      const Param& param = paramNamed(described, parameter, hasValue);
       const ParamValue value = fromJson(param, content);
       requireFit(param, value);
       values.emplace(parameter, value);

@@ -206,7 +206,7 @@ void Session::runEdit(const Edit& edit)
   case Edit::Kind::Set:
     break;
   }
-  const host::Param& param = paramNamed(instance_->params(), edit.name);
+  const host::Param& param = paramNamed(instance_->params(), edit.name, hasValue);
   host::ParamValue value;
   try
   {
@@ -235,10 +235,11 @@ void Session::press(const std::string& name)
 
 std::vector<std::string> Session::errorsOfPress(const std::string& name)
 {
-  const host::Param& param = paramNamed(instance_->params(), name);
-  if (param.kind() != host::ParamKind::PushButton)
+  const host::Param& param = paramNamed(instance_->params(), name, isButton);
+  if (!isButton(param))
   {
-    throw UsageError(fmt::format("{} ({}) is not a button; use --set {}=VALUE", name, param.facts().label, name));
+    const std::string instead = hasValue(param) ? fmt::format("use --set {}=VALUE", name) : "see --list-params";
+    throw UsageError(fmt::format("{} ({}) is not a button; {}", name, param.facts().label, instead));
   }
   OfxStatus status = kOfxStatOK;
   std::vector<std::string> errors = observer_.errorsOf([&] { status = instance_->press(name); });

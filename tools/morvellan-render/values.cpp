@@ -146,7 +146,7 @@ void requireFit(const Param& param, const ParamValue& value)
   }
 }
 
-Param& paramNamed(const host::ParamSet& params, const std::string& name)
+Param& paramNamed(const host::ParamSet& params, const std::string& name, ParamTest wouldDo)
 {
   if (Param* const found = params.find(name))
   {
@@ -157,9 +157,9 @@ Param& paramNamed(const host::ParamSet& params, const std::string& name)
   for (const auto& param : params.params())
   {
     const std::size_t longer = std::max(name.size(), param->name().size());
-    if (longer - std::min(name.size(), param->name().size()) >= best)
+    if (!wouldDo(*param) || longer - std::min(name.size(), param->name().size()) >= best)
     {
-      continue;  // that many letters are missing at least
+      continue;  // it differs by that many letters at least
     }
     if (const std::size_t away = distance(lowered(name), lowered(param->name())); away < best)
     {
@@ -179,11 +179,11 @@ ParamValue parseValue(const Param& param, const std::string& text)
   {
     value = parseBoolean(param, trimmed(text));
   }
-  else if (param.kind() == ParamKind::Choice)
+  else if (isChoice(param))
   {
     value = parseChoice(param, text);
   }
-  else if (param.kind() == ParamKind::PushButton)
+  else if (isButton(param))
   {
     throw UsageError(fmt::format("{} is a button; use --press {}", param.name(), param.name()));
   }
