@@ -29,24 +29,27 @@ MORVELLAN_INLINE Real loadFirst(const float* from, int count)
 }
 #endif
 
+// The interleaved pixels that are inside, zeros after them.
+template <int Channels>
+struct PixelsInside
+{
+  float values[lanes * Channels] = {};
+
+  MORVELLAN_INLINE PixelsInside(const float* frame, Pixels at)
+  {
+    for (int i = 0; i < at.count * Channels; ++i)
+      values[i] = frame[at.index * Channels + i];
+  }
+};
+
 MORVELLAN_INLINE Rgba loadRgbaInside(const float* frame, Pixels at)
 {
-  if (at.count == lanes)
-    return loadRgba(frame, at);
-  float whole[lanes * 4] = {};
-  for (int i = 0; i < at.count * 4; ++i)
-    whole[i] = frame[at.index * 4 + i];
-  return loadRgba(whole, {});
+  return at.count == lanes ? loadRgba(frame, at) : loadRgba(PixelsInside<4>(frame, at).values, {});
 }
 
 MORVELLAN_INLINE Rgb loadRgbInside(const float* frame, Pixels at)
 {
-  if (at.count == lanes)
-    return loadRgb(frame, at);
-  float whole[lanes * 3] = {};
-  for (int i = 0; i < at.count * 3; ++i)
-    whole[i] = frame[at.index * 3 + i];
-  return loadRgb(whole, {});
+  return at.count == lanes ? loadRgb(frame, at) : loadRgb(PixelsInside<3>(frame, at).values, {});
 }
 
 MORVELLAN_INLINE Real loadPlaneInside(const float* plane, Pixels at)
