@@ -153,7 +153,7 @@ INSTANTIATE_TEST_SUITE_P(
                   {"@/in.#.exr", "-o", "@/out.#.exr", "--frames", "1-3"},
                   1,
                   "1 of 3 frames are missing, the first is"},
-        ErrorCase{"OutputIntoFile", {"@/in.exr", "-o", "@/in.exr/out.exr"}, 1, "cannot be written"},
+        ErrorCase{"OutputIntoFile", {"@/in.exr", "-o", "@/in.exr/out.exr"}, 1, "cannot be written, since it is a file"},
         ErrorCase{"OutputNowhere",
                   {"@/in.exr", "-o", "/proc/morvellan/out.exr"},
                   1,

@@ -45,6 +45,11 @@ void prepareFolderOf(const std::filesystem::path& file)
   const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
   std::error_code failure;
   std::filesystem::create_directories(folder, failure);
+  if (std::filesystem::is_regular_file(folder, failure))
+  {
+    throw RenderError(
+        fmt::format("the output folder {} cannot be written, since it is a file; choose another", folder.string()));
+  }
   if (!std::filesystem::is_directory(folder, failure) || access(folder.c_str(), W_OK | X_OK) != 0)
   {
     throw RenderError(fmt::format("the output folder {} cannot be written; choose another or change its permissions",
