@@ -354,6 +354,34 @@ TEST_F(RenderTest, TalksAsToldTo)
   EXPECT_THAT(talk({"--verbose"}, misusing).err, HasSubstr("misuse of the interface: [OfxActionDescribe]"));
 }
 
+TEST_F(RenderTest, TellsWhatOfAPictureItLeavesOut)
+{
+  TestPicture layered = ramp(4, 4, 5, TypeDesc::FLOAT);
+  layered.spec.channelnames = {"R", "G", "B", "Z", "id"};
+  save(path("layered.exr"), layered);
+  const std::vector<OIIO::ImageSpec> parts(2, ramp(4, 4, 3, TypeDesc::FLOAT).spec);
+  const auto output = OIIO::ImageOutput::create("parts.exr");
+  ASSERT_TRUE(output->open(path("parts.exr"), 2, parts.data()));
+  const std::vector<float> values = ramp(4, 4, 3, TypeDesc::FLOAT).values;
+  ASSERT_TRUE(output->write_image(TypeDesc::FLOAT, values.data()));
+  ASSERT_TRUE(output->open(path("parts.exr"), parts[1], OIIO::ImageOutput::AppendSubimage));
+  ASSERT_TRUE(output->write_image(TypeDesc::FLOAT, values.data()));
+  ASSERT_TRUE(output->close());
+
+  const auto told = [&](const char* file, const std::vector<std::string>& more = {})
+  {
+    std::vector<std::string> arguments{path(file), "-o", path("out.exr"), "--device", "cpu"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    const ToolRun run = runTool(arguments);
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    return run.err;
+  };
+  EXPECT_THAT(told("layered.exr"), HasSubstr("layered.exr: left out: channel Z, channel id\n"));
+  EXPECT_THAT(told("layered.exr", {"--quiet"}), IsEmpty());
+  EXPECT_THAT(told("parts.exr"), HasSubstr("parts.exr: left out: all parts but the first\n"));
+  EXPECT_THAT(told("in.exr"), Not(HasSubstr("left out")));
+}
+
 TEST_F(RenderTest, DrawsABarOnATerminal)
 {
   const std::vector<std::string> still{path("in.exr"), "-o", path("y.%03d.exr"), "--frames", "1-4", "--device", "cpu"};

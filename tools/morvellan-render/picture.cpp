@@ -172,6 +172,32 @@ void arrange(const std::vector<float>& pixels, const ImageSpec& spec, const std:
   }
 }
 
+// After the first picture was read.
+std::string leftOutOf(OIIO::ImageInput& input, const std::array<int, 4>& channels)
+{
+  const ImageSpec spec = input.spec();
+  std::vector<std::string> left;
+  for (int channel = 0; channel < spec.nchannels; ++channel)
+  {
+    if (std::find(channels.begin(), channels.end(), channel) == channels.end())
+    {
+      left.push_back("channel " + std::string(spec.channel_name(channel)));
+    }
+  }
+  constexpr std::size_t named = 4;
+  if (left.size() > named)
+  {
+    const std::size_t more = left.size() - named;
+    left.resize(named);
+    left.push_back(fmt::format("{} more channels", more));
+  }
+  if (input.seek_subimage(1, 0))
+  {
+    left.emplace_back("all parts but the first");
+  }
+  return fmt::format("{}", fmt::join(left, ", "));
+}
+
 Picture readAsStored(const std::filesystem::path& file, std::optional<Components> components)
 {
   const auto measured = isDpx(file) ? std::make_unique<MeasuredFile>(file) : nullptr;
@@ -189,7 +215,7 @@ Picture readAsStored(const std::filesystem::path& file, std::optional<Components
   }
   Frame frame({.bounds = {0, 0, spec.width, spec.height}, .components = chosen});
   arrange(pixels, spec, channels, frame);
-  return {frame, spec, input->format_name()};
+  return {frame, spec, input->format_name(), leftOutOf(*input, channels)};
 }
 
 }  // namespace

@@ -29,6 +29,7 @@ struct Picture
   host::Frame frame;       // float, RGB or RGBA, bottom row first, from (0, 0)
   OIIO::ImageSpec header;  // as the file has it: windows, metadata, stored type; times as EXR names them
   std::string format;      // OpenImageIO's name of the file's format
+  std::string leftOut;     // what of the file is in neither, for a person to read; empty if nothing
 };
 
 // The whole first picture of a file. `components` nothing: RGBA where the file has an alpha, else RGB. One channel

@@ -294,6 +294,10 @@ void Session::render()
   std::future<Picture> next;
   std::future<void> written;
   Picture picture = *current_;
+  if (!picture.leftOut.empty() && options_.talk != Talk::Quiet)
+  {
+    progress_.line(fmt::format("{}: left out: {}", jobs_.front().input.string(), picture.leftOut));
+  }
   for (std::size_t i = 0; i < jobs_.size(); ++i)
   {
     if (interrupted())
