@@ -4,6 +4,7 @@
 #include "entry/exceptions.h"
 #include "entry/host_param_access.h"
 #include "gpu/discovery.h"
+#include "params/edit.h"
 #include "params/rules.h"
 #include "pipeline/host/capture.h"
 #include "pipeline/host/render_switches.h"
@@ -149,7 +150,8 @@ void MorvellanPlugin::saveDeviceChoice(double time)
   if (slot >= environment_.discovery.usableCount())
   {
     showMessage(OFX::MessageLevel::Message, gpu::unavailableSlotMessage(slot));
-    parameters_->setNumber("NatronGPU", params_.gpuSelection);
+    HostParamAccess access(*this, nullptr);
+    params::writeDerived(access, "NatronGPU", params_.gpuSelection);
     return;
   }
   if (const auto failure = configFile_.saveSelection({.gpuSelection = slot, .grainDepth = config_.grainDepth}))

@@ -44,15 +44,15 @@ bool flushToDisk(std::FILE* file)
 #endif
 }
 
-// A new file beside `path`; the mode "x" fails on a name that exists, so that no two writers share one.
+// A new file beside `path`; the mode "x" fails on a name that exists, so that no two writers share one. Its name does
+// not hold that of `path`, which may be as long as a name can be.
 File createBeside(const fs::path& path, fs::path& beside)
 {
   static std::atomic<unsigned> serial = 0;
   std::random_device random;
   for (int attempt = 0; attempt < 16; ++attempt)
   {
-    beside = path;
-    beside += fmt::format(".{:08x}{:04x}.tmp", random(), serial++ & 0xffffU);
+    beside = path.parent_path() / fmt::format(".morvellan-{:08x}{:04x}.tmp", random(), serial++ & 0xffffU);
     errno = 0;
     File file{std::fopen(beside.string().c_str(), "wbx")};
     if (file || errno != EEXIST)
@@ -134,6 +134,23 @@ std::error_code writeInPlace(const fs::path& path, std::string_view content)
   return error ? error : cutting;
 }
 
+// Where a chain of links ends, whether or not there is a file yet.
+fs::path followLinks(fs::path path, std::error_code& error)
+{
+  constexpr int mostLinks = 40;  // as Linux has it
+  for (int links = 0; fs::is_symlink(fs::symlink_status(path, error)); ++links)
+  {
+    if (links == mostLinks)
+      error = std::make_error_code(std::errc::too_many_symbolic_link_levels);
+    else
+      path = path.parent_path() / fs::read_symlink(path, error);
+    if (error)
+      return path;
+  }
+  error.clear();  // that nothing is there is for the write to find
+  return path;
+}
+
 }  // namespace
 
 std::error_code writeWhole(const fs::path& path, std::string_view content)
@@ -143,9 +160,11 @@ std::error_code writeWhole(const fs::path& path, std::string_view content)
 
 std::error_code writeWholeOrInPlace(const fs::path& path, std::string_view content)
 {
+  std::error_code error;
+  const fs::path target = followLinks(path, error);
+  if (error)
+    return error;
   std::error_code ignored;
-  const fs::path real = fs::is_symlink(path, ignored) ? fs::weakly_canonical(path, ignored) : path;
-  const fs::path& target = real.empty() ? path : real;
   const fs::file_status status = fs::status(target, ignored);
   if (!fs::exists(status))
     return writeWhole(target, content);

@@ -1,6 +1,7 @@
 // Saving of Looks, by the text that comes out, and opening and writing of files.
 #include "files/look_file.h"
 
+#include <climits>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -167,6 +168,41 @@ TEST_F(LookFiles, ASaveKeepsLinksAndPermissions)
   EXPECT_TRUE(fs::is_symlink(link));
   EXPECT_EQ(content(real), files::formatLook(params_));
   EXPECT_EQ(fs::status(real).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+// As any program's open would have it, whether or not the links end at a file yet.
+TEST_F(LookFiles, ASaveFollowsLinksToTheirEnd)
+{
+  fs::create_directory(folder_ / "shared");
+  fs::create_symlink("shared/real.prm", folder_ / "second.prm");
+  fs::create_symlink(folder_ / "second.prm", folder_ / "first.prm");
+  for (const char* const file : {"new", "old"})
+  {
+    EXPECT_THAT(save(folder_ / "first.prm"), IsEmpty()) << file;
+    EXPECT_TRUE(fs::is_symlink(folder_ / "first.prm")) << file;
+    EXPECT_TRUE(fs::is_symlink(folder_ / "second.prm")) << file;
+    EXPECT_EQ(content(folder_ / "shared" / "real.prm"), files::formatLook(params_)) << file;
+    params_.put("Exposure", 0.5);
+  }
+  fs::create_symlink("nowhere/real.prm", folder_ / "dangling.prm");
+  fs::create_symlink("circle.prm", folder_ / "circle.prm");
+  for (const char* const name : {"dangling.prm", "circle.prm"})
+  {
+    EXPECT_THAT(save(folder_ / name), ElementsAre(cannotCreate)) << name;
+    EXPECT_TRUE(fs::is_symlink(folder_ / name)) << name;
+  }
+}
+
+TEST_F(LookFiles, TheLongestNameIsANameLikeAnyOther)
+{
+  const fs::path path = folder_ / (std::string(NAME_MAX - 4, 'x') + ".prm");
+  for (const char* const file : {"new", "old"})
+  {
+    EXPECT_THAT(save(path), IsEmpty()) << file;
+    EXPECT_EQ(content(path), files::formatLook(params_)) << file;
+    EXPECT_EQ(filesInFolder(), 1u) << file;
+    params_.put("Exposure", 0.5);
+  }
 }
 
 TEST_F(LookFiles, ASaveThatFailsSaysSo)

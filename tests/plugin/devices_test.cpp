@@ -205,11 +205,14 @@ TEST(ManagePage, AChosenDeviceIsStoredForTheNextTime)
 TEST(ManagePage, ASlotWithoutADeviceIsSetBack)
 {
   Machine machine("cpu:2", ConfigFolder::text(1, 1));
+  machine.host.clearLog();
   EXPECT_EQ(machine.effect.edit("NatronGPU", 3), kOfxStatOK);
   EXPECT_THAT(textsOf(machine.host.messages()),
               ElementsAre("Morvellan : 4th GPU unavailable. Select 1st, 2cd, or 3rd available GPU from Morvellan's "
                           "list."));
   EXPECT_EQ(machine.gpu(), 1);
+  ASSERT_EQ(machine.host.writes().size(), 1u);
+  EXPECT_EQ(machine.host.writes()[0].editBlock, "NatronGPU");
   EXPECT_EQ(machine.folder.content(), ConfigFolder::text(1, 1));
 }
 

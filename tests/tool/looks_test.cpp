@@ -206,6 +206,54 @@ TEST_F(LookFileTest, ThatIsFaultyIsShownAndComparedAsFarAsItGoesAndFails)
   EXPECT_EQ(runTool({"looks", "show", path("good.prm")}, setting_).exitCode, 0);
 }
 
+TEST_F(LookFileTest, IsShownWithWhatADefaultPageHoldsToo)
+{
+  const auto lineOf = [](const std::string& text, const std::string& parameter)
+  {
+    const std::size_t at = ("\n" + text).find("\n" + parameter + " ");
+    return at == std::string::npos ? "" : text.substr(at, text.find('\n', at) - at);
+  };
+  writeFile("whole.prm", textOf(plainLook()));
+  const ToolRun whole = runTool({"looks", "show", path("whole.prm")}, setting_);
+  for (const char* const line :
+       {"InputGamut                   0 (Linear Rec.709|sRGB)", "SourceWidth                  1920",
+        "LableachBypass               off", "LabDevelop                   0.9", "PrinterLightBlue             0.909"})
+    EXPECT_EQ(lineOf(whole.out, std::string(line).substr(0, std::string(line).find(' '))), line);
+
+  std::vector<std::string> start = plainLook();
+  start.resize(2);
+  writeFile("short.prm", textOf(start));
+  EXPECT_EQ(runTool({"looks", "show", path("short.prm")}, setting_).out,
+            "InputGamut                   0 (Linear Rec.709|sRGB)\nExposure                     0\n");
+}
+
+TEST_F(LookFileTest, IsShownAloneAndComparedInPairs)
+{
+  writeFile("a.prm", textOf(plainLook()));
+  const std::string a = path("a.prm");
+  const auto says = [&](const std::vector<std::string>& arguments)
+  {
+    const ToolRun run = runTool(arguments, setting_);
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.out, "");
+    return run.err;
+  };
+  EXPECT_THAT(says({"looks", "show", a, a}), HasSubstr("looks show shows one Look, not 2\n"));
+  EXPECT_THAT(says({"looks", "diff", a}), HasSubstr("looks diff compares two Looks, not 1\n"));
+  EXPECT_THAT(says({"looks", "diff", a, a, a}), HasSubstr("looks diff compares two Looks, not 3\n"));
+}
+
+TEST_F(LookFileTest, ThatIsMissingDoesNotEndTheCheck)
+{
+  writeFile("good.prm", textOf(plainLook()));
+  writeFile("bad.prm", textOf(plainLook(), {{4, "7"}}));
+  const ToolRun run = runTool({"looks", "check", path("none.prm"), path("good.prm"), path("bad.prm")}, setting_);
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_THAT(run.out, testing::StartsWith(path("none.prm") + ": it does not exist; check the name\n" +
+                                           path("bad.prm") + ": Morvellan : Set 'Halation Breadth"));
+  EXPECT_THAT(run.err, HasSubstr("2 of 3 Looks are faulty"));
+}
+
 TEST_F(LookFileTest, ThatCannotBeWrittenIsNamedAndTheOldOneIsWhole)
 {
   const auto expectFailed = [&](const std::string& look)
@@ -217,12 +265,27 @@ TEST_F(LookFileTest, ThatCannotBeWrittenIsNamedAndTheOldOneIsWhole)
                                    "file and folder permissions\n"));
   };
   expectFailed("/dev/full");
-  // No room for a new file beside the old one: the longest name there is.
-  const std::string longest = path(std::string(255, 'x'));
-  std::ofstream(longest) << "old";
-  expectFailed(longest);
-  std::ifstream kept(longest);
-  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(kept), {}), "old");
+  writeFile("old.prm", "old");
+  setting_.largestFile = 1000;
+  expectFailed(path("old.prm"));
+  EXPECT_EQ(readFile("old.prm"), "old");
+}
+
+TEST_F(LookFileTest, IsWrittenOverWhereItsFolderTakesNoNewOne)
+{
+  setting_.asNobody = true;
+  if (runTool({"--version"}, setting_).exitCode != 0)
+  {
+    GTEST_SKIP() << "another user cannot run the tool from here";
+  }
+  writeFile("shared.prm", "old");
+  fs::permissions(path("shared.prm"), fs::perms::all);
+  fs::permissions(folder_, fs::perms{0555});
+  const ToolRun run = with({"--set", "Exposure=0.5", "--save-look", path("shared.prm")});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_EQ(readFile("shared.prm"), textOf(plainLook(), {{2, "0.5000"}}));
+  EXPECT_THAT(with({"--save-look", path("new.prm")}).err, HasSubstr("cannot be written; choose another"));
+  fs::permissions(folder_, fs::perms{0755});
 }
 
 // The answer of the environment is the tool's own for --look alone; a button pressed by name asks as in any host.

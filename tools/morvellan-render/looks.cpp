@@ -2,6 +2,7 @@
 // read.
 #include "looks.h"
 
+#include <filesystem>
 #include <map>
 #include <set>
 
@@ -17,17 +18,13 @@ namespace
 struct LoadedLook
 {
   std::map<std::string, host::ParamValue> values;
-  std::set<std::string> written;  // by the reader
   std::vector<std::string> complaints;
 };
 
 LoadedLook loadAlone(Session& session, const std::string& file)
 {
   session.createInstance({});
-  ToolObserver& observer = session.observer();
-  observer.takeWritten();
-  const std::vector<std::string> complaints = session.loadLook(file);
-  LoadedLook look{.values = {}, .written = observer.takeWritten(), .complaints = complaints};
+  LoadedLook look{.values = {}, .complaints = session.loadLook(file)};
   for (const auto& param : session.instance().params().params())
   {
     if (param->hasValue())
@@ -36,6 +33,22 @@ LoadedLook loadAlone(Session& session, const std::string& file)
     }
   }
   return look;
+}
+
+// What the reader sets. It writes what differs from what the page holds, so the page here holds other values than the
+// Look's all through.
+std::set<std::string> setBy(Session& session, const std::string& file, const LoadedLook& look)
+{
+  session.createInstance({});
+  for (const auto& [name, value] : look.values)
+  {
+    host::ParamValue other = value;
+    other.numbers[0] = value.numbers[0] == 0.0 ? 1.0 : 0.0;
+    session.instance().params().at(name).setValue(other);
+  }
+  session.observer().takeWritten();
+  session.loadLook(file);
+  return session.observer().takeWritten();
 }
 
 // What was read of a Look is shown; that it was not all of it is an error all the same.
@@ -60,9 +73,10 @@ std::string shown(const host::Param& param, const host::ParamValue& value)
 void show(Session& session, const std::string& file)
 {
   const LoadedLook look = loadAlone(session, file);
+  const std::set<std::string> set = setBy(session, file, look);
   for (const host::Param* const param : session.descriptor().inPageOrder())
   {
-    if (look.written.contains(param->name()))
+    if (set.contains(param->name()))
     {
       fmt::print("{:<28} {}\n", param->name(), shown(*param, look.values.at(param->name())));
     }
@@ -75,7 +89,10 @@ void check(Session& session, const std::vector<std::string>& files)
   std::size_t faulty = 0;
   for (const std::string& file : files)
   {
-    const std::vector<std::string> complaints = loadAlone(session, file).complaints;
+    std::error_code failure;
+    const std::vector<std::string> complaints = std::filesystem::exists(file, failure)
+                                                    ? loadAlone(session, file).complaints
+                                                    : std::vector<std::string>{"it does not exist; check the name"};
     faulty += complaints.empty() ? 0 : 1;
     for (const std::string& complaint : complaints)
     {

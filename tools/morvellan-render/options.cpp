@@ -83,7 +83,7 @@ CLI::App* addLooks(CLI::App& app, LooksRequest& request)
   const auto task = [&](const char* name, const char* help, int least, int most)
   {
     CLI::App* const own = looks->add_subcommand(name, help);
-    own->add_option("FILE", request.files, "Look files")->required()->expected(least, most);
+    own->add_option("FILE", request.files, "Look files")->required()->expected(least, most)->take_all();
     own->callback([&request, name] { request.task = name; });
   };
   constexpr int any = 1000;
@@ -222,6 +222,10 @@ std::optional<Options> parseOptions(int argc, const char* const* argv)
   }
   if (looks->parsed())
   {
+    if (request.task == "show" && request.files.size() != 1)
+    {
+      throw UsageError(fmt::format("looks show shows one Look, not {}", request.files.size()));
+    }
     if (request.task == "diff" && request.files.size() != 2)
     {
       throw UsageError(fmt::format("looks diff compares two Looks, not {}", request.files.size()));

@@ -186,7 +186,12 @@ std::vector<std::string> Session::loadLook(const std::filesystem::path& file)
 
 void Session::saveLook(const std::filesystem::path& file)
 {
-  prepareFolderOf(file);
+  // The plug-in writes over a file also where its folder takes no new one.
+  std::error_code failure;
+  if (!std::filesystem::is_regular_file(file, failure))
+  {
+    prepareFolderOf(file);
+  }
   requireNone(throughDialog("SaveLooks", file), fmt::format("the Look {} was not written", file.string()));
 }
 
