@@ -164,6 +164,15 @@ GpuConfigFile::Reading GpuConfigFile::read() const
   return reading;
 }
 
+std::optional<GpuConfig> GpuConfigFile::stored() const
+{
+  const std::optional<std::string> bytes = readBytes();
+  if (!bytes)
+    return std::nullopt;
+  const ParsedGpuConfig parsed = parseGpuConfig(*bytes);
+  return parsed.fault == GpuConfigFault::none ? std::optional{parsed.values} : std::nullopt;
+}
+
 std::optional<std::string> GpuConfigFile::saveReverted(int grainDepth) const
 {
   if (write({.gpuSelection = 0, .grainDepth = grainDepth}))

@@ -65,6 +65,9 @@ public:
   // Opens and reads the file once. A file that is missing or bad is reported and written anew.
   [[nodiscard]] Reading read() const;
 
+  // What a whole and valid file holds at this moment; nothing is reported or repaired.
+  [[nodiscard]] std::optional<GpuConfig> stored() const;
+
   // Each writes both lines; the answer is the message of a failure.
   [[nodiscard]] std::optional<std::string> saveReverted(int grainDepth) const;  // selection 0
   [[nodiscard]] std::optional<std::string> saveSelection(const GpuConfig& config) const;

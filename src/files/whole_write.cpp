@@ -102,6 +102,17 @@ Failure replace(const fs::path& path, std::string_view content, std::optional<fs
   return {Stage::filling, error};
 }
 
+// Those of the file that is replaced, so that who may read and change it stays as it was. A file that this process may
+// not read is replaced by an ordinary one instead: kept, its permissions would now shut its former owner out.
+std::optional<fs::perms> permissionsToKeep(const fs::path& path)
+{
+  std::error_code ignored;
+  const fs::file_status status = fs::status(path, ignored);
+  if (!fs::is_regular_file(status) || !File{std::fopen(path.string().c_str(), "rb")})
+    return std::nullopt;
+  return status.permissions();
+}
+
 std::error_code overwrite(std::FILE* file, std::string_view content)
 {
   errno = 0;
@@ -155,7 +166,9 @@ fs::path followLinks(fs::path path, std::error_code& error)
 
 std::error_code writeWhole(const fs::path& path, std::string_view content)
 {
-  return replace(path, content, std::nullopt).error;
+  std::error_code error;
+  const fs::path target = followLinks(path, error);
+  return error ? error : replace(target, content, permissionsToKeep(target)).error;
 }
 
 std::error_code writeWholeOrInPlace(const fs::path& path, std::string_view content)

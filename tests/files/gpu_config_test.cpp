@@ -302,6 +302,18 @@ TEST_F(GpuConfigFileTest, SavingWritesBothLines)
   EXPECT_EQ(content(), "Natron GPU selection(0,1,2,3)----------|0\nFilm Grain Depth(0,1,2,3,4,5,6,7)------|1\n");
 }
 
+TEST_F(GpuConfigFileTest, WhatIsStoredIsReadWithoutRepair)
+{
+  const GpuConfigFile config(folder);
+  EXPECT_EQ(config.stored(), std::nullopt);
+  EXPECT_EQ(entriesOfFolder(), 0);
+  put(formatGpuConfig({2, 6}));
+  EXPECT_EQ(config.stored(), (GpuConfig{2, 6}));
+  put(formatGpuConfig({2, 8}));
+  EXPECT_EQ(config.stored(), std::nullopt);
+  EXPECT_EQ(content(), formatGpuConfig({2, 8}));
+}
+
 TEST_F(GpuConfigFileTest, WritersAtTheSameTimeLeaveOneWholeFile)
 {
   const GpuConfigFile config(folder);
