@@ -129,9 +129,10 @@ void MorvellanPlugin::changedParam(const OFX::ChangeArguments& arguments, const 
   }
 }
 
+// The line that an edit leaves alone is the file's: another instance may have changed it since this one was made.
 void MorvellanPlugin::saveGrainDepth(double time)
 {
-  const files::GpuConfig wanted{.gpuSelection = config_.gpuSelection,
+  const files::GpuConfig wanted{.gpuSelection = configFile_.stored().value_or(config_).gpuSelection,
                                 .grainDepth = static_cast<int>(parameters_->numberAt("GrainDepth", time))};
   if (const auto failure = configFile_.saveGrainDepth(wanted))
   {
@@ -154,12 +155,13 @@ void MorvellanPlugin::saveDeviceChoice(double time)
     params::writeDerived(access, "NatronGPU", params_.gpuSelection);
     return;
   }
-  if (const auto failure = configFile_.saveSelection({.gpuSelection = slot, .grainDepth = config_.grainDepth}))
+  const files::GpuConfig wanted{.gpuSelection = slot, .grainDepth = configFile_.stored().value_or(config_).grainDepth};
+  if (const auto failure = configFile_.saveSelection(wanted))
   {
     post(*failure);
     return;
   }
-  config_.gpuSelection = slot;
+  config_.gpuSelection = params_.gpuSelection = slot;
   showMessage(OFX::MessageLevel::Message, "Morvellan : To activate changes, reload Morvellan or restart Natron");
 }
 

@@ -214,6 +214,22 @@ TEST(ManagePage, ASlotWithoutADeviceIsSetBack)
   ASSERT_EQ(machine.host.writes().size(), 1u);
   EXPECT_EQ(machine.host.writes()[0].editBlock, "NatronGPU");
   EXPECT_EQ(machine.folder.content(), ConfigFolder::text(1, 1));
+
+  machine.effect.edit("NatronGPU", 0);
+  machine.effect.edit("NatronGPU", 2);
+  EXPECT_EQ(machine.gpu(), 0) << "back to the choice that was stored last";
+  EXPECT_EQ(machine.folder.content(), ConfigFolder::text(0, 1));
+}
+
+TEST(ManagePage, WhatAnotherInstanceStoredIsKept)
+{
+  Machine machine("cpu:3", ConfigFolder::text(0, 1));
+  EffectInstance& other = machine.host.create();
+  machine.effect.edit("NatronGPU", 2);
+  other.edit("GrainDepth", 4);
+  EXPECT_EQ(machine.folder.content(), ConfigFolder::text(2, 4));
+  machine.effect.edit("NatronGPU", 1);
+  EXPECT_EQ(machine.folder.content(), ConfigFolder::text(1, 4));
 }
 
 TEST(ManagePage, AFileThatCannotBeWrittenIsTold)
