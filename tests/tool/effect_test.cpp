@@ -177,6 +177,14 @@ TEST_F(EffectTest, ListsChoices)
   EXPECT_THAT(run.out, HasSubstr("\n 27  sRGB Display\n"));
 }
 
+TEST_F(EffectTest, ListsTheDevicesThatWereAskedFor)
+{
+  const ToolRun run = runTool({"--list-choices", "NatronGPU", "--device", "cpu:2"}, setting_);
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(run.out, testing::MatchesRegex("  0  CPU, .*\n  1  CPU, .*\n  2  3rd GPU unavailable\n"
+                                             "  3  4th GPU unavailable\n"));
+}
+
 TEST_F(EffectTest, PrintsItsReports)
 {
   for (const char* const report : {"cuda", "clip", "about"})

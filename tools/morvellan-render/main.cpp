@@ -50,7 +50,7 @@ void run(const Options& options)
   {
     chooseDevice("cpu", bundle, progress, options.talk);  // no pixel is touched
   }
-  else if (!options.listsOnly())
+  else if (!options.listsOnly() || options.device.starts_with("cpu"))  // a list needs no probe of a GPU
   {
     chooseDevice(options.device, bundle, progress, options.talk);
   }
