@@ -122,7 +122,12 @@ Discovery discoverSoftware(int devices, int threads, const device::CpuLevelChoic
 Discovery discover(GpuPlatform& platform, const device::DeviceChoice& choice)
 {
   if (choice.kind == device::DeviceKind::software)
-    return discoverSoftware(choice.softwareDevices, device::processThreads(), device::chosenCpuLevel());
+  {
+    Discovery discovery = discoverSoftware(choice.softwareDevices, device::processThreads(), device::chosenCpuLevel());
+    if (const std::string warning = device::threadLimit().warning; !warning.empty())
+      discovery.warnings.push_back(warning);
+    return discovery;
+  }
   Discovery discovery = discoverGpus(platform);
   if (!choice.warning.empty())
     discovery.warnings.push_back(choice.warning);

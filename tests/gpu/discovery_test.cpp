@@ -242,4 +242,17 @@ TEST(Discover, AnUnknownChoiceIsToldAndCountsAsAuto)
                           "16. Using auto"));
 }
 
+TEST(Discover, ThreadsThatAreNoNumberAreTold)
+{
+  InventedMachine machine = machineWith(0);
+  setenv("MORVELLAN_THREADS", "all", 1);
+  const Discovery discovery = discover(machine, device::parseDeviceChoice("cpu"));
+  unsetenv("MORVELLAN_THREADS");
+  EXPECT_THAT(discovery.warnings,
+              testing::Contains("Morvellan : MORVELLAN_THREADS is 'all'. Set it to a number from 1. "
+                                "Using all threads"));
+  EXPECT_THAT(discover(machine, device::parseDeviceChoice("cpu")).warnings,
+              testing::Not(testing::Contains(testing::HasSubstr("MORVELLAN_THREADS"))));
+}
+
 }  // namespace

@@ -16,6 +16,13 @@ namespace
 
 constexpr std::string_view softwarePrefix = "cpu:";
 
+std::optional<int> wholeNumber(std::string_view text)
+{
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc{} && end == text.data() + text.size() ? std::optional{number} : std::nullopt;
+}
+
 std::optional<int> softwareCount(std::string_view asked)
 {
   if (asked == "cpu")
@@ -23,10 +30,8 @@ std::optional<int> softwareCount(std::string_view asked)
   if (!asked.starts_with(softwarePrefix))
     return std::nullopt;
   asked.remove_prefix(softwarePrefix.size());
-  int count = 0;
-  const auto [end, error] = std::from_chars(asked.data(), asked.data() + asked.size(), count);
-  const bool whole = error == std::errc{} && end == asked.data() + asked.size();
-  return whole && count >= 1 && count <= softwareDevicesMost ? std::optional{count} : std::nullopt;
+  const std::optional<int> count = wholeNumber(asked);
+  return count && *count >= 1 && *count <= softwareDevicesMost ? count : std::nullopt;
 }
 
 std::string environment(const char* name)
@@ -70,20 +75,27 @@ std::string softwareDeviceName(int threads, CpuLevel level)
   return fmt::format("CPU, {} thread{}, {}", threads, threads == 1 ? "" : "s", instructionSetName(level));
 }
 
-std::optional<int> threadLimit()
+ThreadLimit parseThreadLimit(std::string_view asked)
 {
-  const std::string text = environment("MORVELLAN_THREADS");
-  int limit = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), limit);
-  const bool whole = error == std::errc{} && end == text.data() + text.size();
-  return whole && limit > 0 ? std::optional{limit} : std::nullopt;
+  if (asked.empty())
+    return {};
+  const std::optional<int> limit = wholeNumber(asked);
+  if (limit && *limit >= 1)
+    return {limit, {}};
+  return {{},
+          fmt::format("Morvellan : MORVELLAN_THREADS is '{}'. Set it to a number from 1. Using all threads", asked)};
+}
+
+ThreadLimit threadLimit()
+{
+  return parseThreadLimit(environment("MORVELLAN_THREADS"));
 }
 
 int processThreads()
 {
   const auto allowed =
       static_cast<int>(tbb::global_control::active_value(tbb::global_control::max_allowed_parallelism));
-  return std::min(allowed, threadLimit().value_or(allowed));
+  return std::min(allowed, threadLimit().most.value_or(allowed));
 }
 
 }  // namespace morvellan::device

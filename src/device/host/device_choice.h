@@ -38,8 +38,19 @@ struct DeviceChoice
 // "CPU, 8 threads, AVX-512".
 [[nodiscard]] std::string softwareDeviceName(int threads, CpuLevel level);
 
-// MORVELLAN_THREADS, where it is a positive number: the most threads that a frame may use.
-[[nodiscard]] std::optional<int> threadLimit();
+// The most threads that a frame may use.
+struct ThreadLimit
+{
+  std::optional<int> most;  // 1 or more
+  std::string warning;      // empty, or one sentence for the user
+};
+
+// `asked` is the value of MORVELLAN_THREADS, a positive number (empty counts as no limit). Anything else counts as no
+// limit, with a warning.
+[[nodiscard]] ThreadLimit parseThreadLimit(std::string_view asked);
+
+// The limit of the environment as it is now.
+[[nodiscard]] ThreadLimit threadLimit();
 
 // Threads that a frame uses: this machine's, within the limit. At least 1.
 [[nodiscard]] int processThreads();

@@ -32,7 +32,7 @@ namespace
 void limitThreads()
 {
   static std::optional<tbb::global_control> limit;
-  if (const std::optional<int> threads = device::threadLimit())
+  if (const std::optional<int> threads = device::threadLimit().most)
     limit.emplace(tbb::global_control::max_allowed_parallelism, static_cast<size_t>(*threads));
 }
 

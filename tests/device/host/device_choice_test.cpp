@@ -66,18 +66,24 @@ TEST(SoftwareDeviceName, CountsThreads)
 
 TEST(ThreadLimit, PositiveNumbersOnly)
 {
-  for (const char* none : {"", "0", "-2", "many", "3x", "99999999999"})
+  for (const std::string none : {"0", "-2", "many", "3x", "99999999999", " "})
   {
-    setenv("MORVELLAN_THREADS", none, 1);
-    EXPECT_EQ(threadLimit(), std::nullopt) << none;
+    const ThreadLimit limit = parseThreadLimit(none);
+    EXPECT_EQ(limit.most, std::nullopt) << none;
+    EXPECT_EQ(limit.warning,
+              "Morvellan : MORVELLAN_THREADS is '" + none + "'. Set it to a number from 1. Using all threads");
   }
+  EXPECT_EQ(parseThreadLimit("").most, std::nullopt);
+  EXPECT_EQ(parseThreadLimit("").warning, "");
+  EXPECT_EQ(parseThreadLimit("7").most, 7);
+  EXPECT_EQ(parseThreadLimit("7").warning, "");
   setenv("MORVELLAN_THREADS", "1", 1);
-  EXPECT_EQ(threadLimit(), 1);
+  EXPECT_EQ(threadLimit().most, 1);
   EXPECT_EQ(processThreads(), 1);
   setenv("MORVELLAN_THREADS", "4096", 1);
   EXPECT_LE(processThreads(), 4096);
   unsetenv("MORVELLAN_THREADS");
-  EXPECT_EQ(threadLimit(), std::nullopt);
+  EXPECT_EQ(threadLimit().most, std::nullopt);
 }
 
 }  // namespace
