@@ -273,11 +273,7 @@ TEST_F(LookFileTest, ThatCannotBeWrittenIsNamedAndTheOldOneIsWhole)
 
 TEST_F(LookFileTest, IsWrittenOverWhereItsFolderTakesNoNewOne)
 {
-  setting_.asNobody = true;
-  if (runTool({"--version"}, setting_).exitCode != 0)
-  {
-    GTEST_SKIP() << "another user cannot run the tool from here";
-  }
+  setting_.heldToPermissions = true;
   writeFile("shared.prm", "old");
   fs::permissions(path("shared.prm"), fs::perms::all);
   fs::permissions(folder_, fs::perms{0555});

@@ -15,8 +15,9 @@
 #include <thread>
 #include <vector>
 
-#include <grp.h>
+#include <linux/capability.h>
 #include <pty.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -42,7 +43,7 @@ struct ToolSetting
   bool terminal = false;                  // standard error is a terminal; out and err then come as one
   std::string interruptOnceThereIs = {};  // a file
   rlim_t largestFile = RLIM_INFINITY;     // bytes; a write beyond them fails as on a full disk
-  bool asNobody = false;                  // as a user whom nothing belongs to, where the tests run as root
+  bool heldToPermissions = false;         // permissions hold, for root too
 };
 
 inline void drain(int pipe, std::string& text)
@@ -72,12 +73,15 @@ inline void drain(int pipe, std::string& text)
     setrlimit(RLIMIT_FSIZE, &limit);
     signal(SIGXFSZ, SIG_IGN);
   }
-  if (setting.asNobody && geteuid() == 0)
+  if (setting.heldToPermissions)
   {
-    constexpr uid_t nobody = 65534;
-    if (setgroups(0, nullptr) != 0 || setgid(nobody) != 0 || setuid(nobody) != 0)
+    // What is out of the bounding set, root has not after an exec.
+    for (const int power : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH})
     {
-      _exit(126);
+      if (geteuid() == 0 && prctl(PR_CAPBSET_READ, power) == 1 && prctl(PR_CAPBSET_DROP, power) != 0)
+      {
+        _exit(126);
+      }
     }
   }
   std::vector<std::string> words{MORVELLAN_RENDER_TOOL, "--bundle", setting.bundle};
